@@ -1,0 +1,65 @@
+#include "CurveFactory.h"
+
+#include "GammaCurveTrel.h"
+#include "GammaCurveTungsten.h"
+
+#include <QObject>
+
+namespace {
+
+// By curve type.
+constexpr const char *NAMES[] = {
+    QT_TRANSLATE_NOOP("QObject", "Linear (Default)"),
+    QT_TRANSLATE_NOOP("QObject", "Normal (Trel Gamma)"),
+    QT_TRANSLATE_NOOP("QObject", "Tungsten/Incandescent"),
+};
+constexpr int CURVE_COUNT = int(std::size(NAMES));
+
+} // namespace
+
+CurveFactory *CurveFactory::m_instance = nullptr;
+
+CurveFactory *CurveFactory::Instance()
+{
+    if (!m_instance)
+        m_instance = new CurveFactory;
+    return m_instance;
+}
+
+CurveFactory::CurveFactory()
+{
+    createCurves();
+}
+
+CurveFactory::~CurveFactory()
+{
+    qDeleteAll(m_curves);
+}
+
+Curve *CurveFactory::getCurve(int type) const
+{
+    return m_curves.value(type, m_curves.value(0));
+}
+
+QString CurveFactory::nameForCurveType(int type) const
+{
+    if (type < 0 || type >= CURVE_COUNT)
+        return QString();
+    return QObject::tr(NAMES[type]);
+}
+
+int CurveFactory::curveTypeFromName(QString name) const
+{
+    for (int type = 0; type < CURVE_COUNT; ++type) {
+        if (name == nameForCurveType(type))
+            return type;
+    }
+    return -1;
+}
+
+void CurveFactory::createCurves()
+{
+    m_curves.insert(0, new Curve);
+    m_curves.insert(1, new GammaCurveTrelNormal);
+    m_curves.insert(2, new GammaCurveTungsten);
+}

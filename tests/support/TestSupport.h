@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QtTest>
+
+/// Base of every test class: a warning that no test announced with expectWarning() fails the test.
+class TrelTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    /// Announces one qWarning with exactly this text; the test fails when it does not come.
+    static void expectWarning(const QString &text);
+    /// Announces one qDebug line with exactly this text; the test fails when it does not come.
+    static void expectDebug(const QString &text);
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+};
+
+/// Cases that run in a process of their own, by name: `test --child NAME`. No application object exists there.
+using ChildCases = QMap<QString, void (*)()>;
+
+struct ChildResult
+{
+    bool crashed = false;
+    int code = 0; ///< exit code, or the signal when crashed
+    QByteArray out;
+    QByteArray err;
+};
+
+/// Runs case \a name of this test in a fresh process; \a program replaces this test's own executable.
+ChildResult runChild(const QString &name, const QString &program = QString());
+
+/// Whether case \a name dies by SIGABRT with \a text on standard error; otherwise prints what it did.
+bool diesWith(const QString &name, const QByteArray &text);
+
+/// Runs case \a name if the command line asks for one; returns whether it did.
+bool ranChildCase(int argc, char **argv, const ChildCases &cases);
+
+/// main() of a test with child cases; pass {} where there are none.
+#define TREL_TEST_MAIN(TestClass, childCases)                                                                          \
+    int main(int argc, char **argv)                                                                                    \
+    {                                                                                                                  \
+        if (ranChildCase(argc, argv, childCases))                                                                      \
+            return 0;                                                                                                  \
+        QCoreApplication application(argc, argv);                                                                      \
+        TestClass test;                                                                                                \
+        return QTest::qExec(&test, argc, argv);                                                                        \
+    }
