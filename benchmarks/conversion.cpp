@@ -1,0 +1,161 @@
+// The road of a colour to a fixture, timed. Each benchmark proves its answer first. Times of one run are
+// comparable with each other only; quote ratios.
+
+#include <TrelColor.h>
+
+#include <benchmark/benchmark.h>
+
+#include <QColor>
+#include <QLoggingCategory>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+namespace {
+
+constexpr int COLORS = 1024;
+
+struct Chromaticity
+{
+    double Yxy[3];
+};
+
+/// Chromaticities around white, some of them out of every fixture's gamut.
+std::vector<Chromaticity> chromaticities()
+{
+    std::mt19937 random(1);
+    const auto unit = [&] { return double(random()) / double(std::mt19937::max()); };
+    std::vector<Chromaticity> result;
+    for (int i = 0; i < COLORS; ++i)
+        result.push_back({{1.0, 0.15 + 0.4 * unit(), 0.1 + 0.5 * unit()}});
+    return result;
+}
+
+/// Whether equal-energy white comes out bright on a fixture of \a profile.
+bool whiteIsBright(ColorUtils::HuelockProfileID profile)
+{
+    const double white[] = {1.0, 1.0 / 3, 1.0 / 3};
+    double levels[5] = {};
+    ColorUtils::convertYxyToNChannel(white, levels, ColorUtils::nChannelConfigurationForHuelockProfileID(profile),
+                                     profile, true);
+    return *std::max_element(std::begin(levels), std::end(levels)) == 1.0;
+}
+
+void solve(benchmark::State &state)
+{
+    const auto profile = ColorUtils::HuelockProfileID(state.range(0));
+    const auto configuration = ColorUtils::nChannelConfigurationForHuelockProfileID(profile);
+    if (!whiteIsBright(profile)) {
+        state.SkipWithError("white is dark");
+        return;
+    }
+    const std::vector<Chromaticity> inputs = chromaticities();
+    std::size_t i = 0;
+    double levels[5] = {};
+    for (auto _ : state) {
+        ColorUtils::convertYxyToNChannel(inputs[i++ % COLORS].Yxy, levels, configuration, profile, true);
+        benchmark::DoNotOptimize(levels);
+    }
+    state.SetLabel(ColorUtils::huelockProfileIDName(profile).toStdString());
+}
+BENCHMARK(solve)
+    ->Arg(ColorUtils::PIXELNODE_RGB_CLASS)
+    ->Arg(ColorUtils::WASHLINE_PZ6_RGBW)
+    ->Arg(ColorUtils::STRAND_BEAM_KVX);
+
+void updateBuffer(benchmark::State &state)
+{
+    const auto bytesOf = [](const TrelColor &color) {
+        return ColorUtils::updateBuffer(0, 1, color, false, 5, 2, ColorUtils::RGBAW_IN_OUT,
+                                        ColorUtils::STRAND_BEAM_KVX);
+    };
+    const QList<unsigned char> dark = bytesOf(TrelColor(Qt::black));
+    if (dark.size() != 10 || dark.count(0) != 10) {
+        state.SkipWithError("black is lit");
+        return;
+    }
+    std::vector<TrelColor> colors;
+    for (const Chromaticity &input : chromaticities()) {
+        colors.emplace_back();
+        colors.back().setYxyF(input.Yxy[0], input.Yxy[1], input.Yxy[2]);
+    }
+    std::size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(bytesOf(colors[i++ % COLORS]));
+}
+BENCHMARK(updateBuffer);
+
+void hexName(benchmark::State &state)
+{
+    if (TrelColor("#ff8000") != TrelColor::fromRgb(0xFF8000)) {
+        state.SkipWithError("wrong colour");
+        return;
+    }
+    const QString name = "#ff8000";
+    TrelColor color;
+    for (auto _ : state) {
+        color.setNamedColor(name);
+        benchmark::DoNotOptimize(color);
+    }
+}
+BENCHMARK(hexName);
+
+/// The peer of hexName.
+void hexNameOfQColor(benchmark::State &state)
+{
+    const QString name = "#ff8000";
+    QColor color;
+    for (auto _ : state) {
+        color.setNamedColor(name);
+        benchmark::DoNotOptimize(color);
+    }
+}
+BENCHMARK(hexNameOfQColor);
+
+void valueStringRoundTrip(benchmark::State &state)
+{
+    const QString text = "aNchannel;6;5;65535;100;200;300;400;1";
+    if (TrelColor(text).aName() != text) {
+        state.SkipWithError("wrong text");
+        return;
+    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(TrelColor(text).aName());
+}
+BENCHMARK(valueStringRoundTrip);
+
+void toHsv(benchmark::State &state)
+{
+    const TrelColor color = TrelColor::fromRgb(0x0000FF);
+    if (color.toHsv16().hue16() != 240) {
+        state.SkipWithError("wrong hue");
+        return;
+    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(color.toHsv16());
+}
+BENCHMARK(toHsv);
+
+/// The peer of toHsv.
+void toHsvOfQColor(benchmark::State &state)
+{
+    const QColor color(0, 0, 255);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(color.toHsv());
+}
+BENCHMARK(toHsvOfQColor);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QLoggingCategory::setFilterRules("*.debug=false");
+    benchmark::AddCustomContext("build type", TREL_BUILD_TYPE);
+    benchmark::AddCustomContext("Qt", qVersion());
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
