@@ -1,5 +1,7 @@
 #include "GammaCurveTrel.h"
 
+#include "ControlPoints_p.h"
+
 namespace {
 
 // clang-format off
@@ -23,15 +25,6 @@ constexpr unsigned short POINTS[] = {
     58276, 58748, 59220, 59692, 60168, 60644, 61124, 61604, 62088, 62572, 63060, 63548, 64036, 64528, 65024, 65520,
 };
 // clang-format on
-
-constexpr bool ascends(const unsigned short (&points)[256])
-{
-    for (int i = 1; i < 256; ++i) {
-        if (points[i] <= points[i - 1])
-            return false;
-    }
-    return true;
-}
 
 static_assert(ascends(POINTS), "a dimming curve never goes back");
 static_assert(POINTS[0] == 0 && POINTS[255] == 65520, "from dark to the curve's full scale");

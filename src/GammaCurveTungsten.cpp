@@ -1,5 +1,7 @@
 #include "GammaCurveTungsten.h"
 
+#include "ControlPoints_p.h"
+
 namespace {
 
 // clang-format off
@@ -23,15 +25,6 @@ constexpr unsigned short POINTS[] = {
     56942, 57488, 58037, 58588, 59143, 59699, 60259, 60821, 61385, 61952, 62522, 63095, 63670, 64247, 64880, 65535,
 };
 // clang-format on
-
-constexpr bool ascends(const unsigned short (&points)[256])
-{
-    for (int i = 1; i < 256; ++i) {
-        if (points[i] <= points[i - 1])
-            return false;
-    }
-    return true;
-}
 
 static_assert(ascends(POINTS), "a dimming curve never goes back");
 static_assert(POINTS[0] == 0 && POINTS[255] == 65535, "from dark to the curve's full scale");

@@ -19,7 +19,7 @@ constexpr int ACHROMATIC = -1;
 constexpr unsigned int ACHROMATIC_REAL = 0x7FFFFFFF; ///< ODD-04: what a real hue of −1.0 is stored as
 constexpr unsigned int OPAQUE = 0xFFFFFFFF;
 
-// By index. ODD-02: white comes first, although the bits that color0 stands for in a bitmap are the dark ones.
+// By index. ODD-02: color0 is white and color1 black, not the other way round.
 constexpr unsigned int GLOBAL_COLORS[] = {
     0xFFFFFFFF, // color0
     0xFF000000, // color1
@@ -1100,7 +1100,7 @@ TrelColor TrelColor::blend(const TrelColor &a, const TrelColor &b, double progre
     Q_ASSERT(progress >= 0.0);
     Q_ASSERT(progress <= 1.0);
     if (progress == 0.0 || progress == 1.0) {
-        // ODD-19: hosts watch for these lines in their logs.
+        // ODD-19: an end is no blend; a host's log shows that it was asked for one.
         qDebug() << "not doing blend " << progress;
         return progress == 0.0 ? b : a;
     }

@@ -1,14 +1,15 @@
-#include "GammaCurveTrel.h"
+#include "GammaCurveTest.h"
 
-#include "TestSupport.h"
+#include <GammaCurveTrel.h>
 
 #include <type_traits>
 
-namespace {
-
 static_assert(std::is_base_of_v<Curve, GammaCurveTrelNormal>, "the registry holds it as a Curve");
 
-const int POINTS[256] = {
+namespace {
+
+// clang-format off
+constexpr int POINTS[256] = {
     0,     16,    36,    60,    84,    108,   136,   164,   196,   228,   264,   300,   340,   380,   420,   464,
     512,   560,   608,   660,   716,   772,   828,   888,   948,   1012,  1076,  1144,  1212,  1284,  1356,  1428,
     1504,  1584,  1664,  1744,  1828,  1916,  2004,  2092,  2184,  2276,  2372,  2468,  2568,  2668,  2772,  2876,
@@ -26,55 +27,27 @@ const int POINTS[256] = {
     51020, 51460, 51900, 52344, 52788, 53236, 53684, 54136, 54588, 55044, 55500, 55956, 56416, 56880, 57344, 57808,
     58276, 58748, 59220, 59692, 60168, 60644, 61124, 61604, 62088, 62572, 63060, 63548, 64036, 64528, 65024, 65520,
 };
-
-int word(const Curve &curve, int index)
-{
-    unsigned short value = 0;
-    curve.applyCurve(index, &value);
-    return value;
-}
-
-int byte(const Curve &curve, int index)
-{
-    unsigned char value = 0;
-    curve.applyCurve(index, &value);
-    return value;
-}
-
-/// The ascending line between two points in integers: a shift by 8 truncates j/256 of the difference exactly.
-int interpolated(int index)
-{
-    const int i = index / 256;
-    const int next = i < 255 ? POINTS[i + 1] : POINTS[255];
-    return POINTS[i] + (((next - POINTS[i]) * (index % 256)) >> 8);
-}
+// clang-format on
 
 } // namespace
 
-class tst_GammaCurveTrel : public TrelTest
+class tst_GammaCurveTrel : public GammaCurveTest
 {
     Q_OBJECT
 
+public:
+    tst_GammaCurveTrel()
+        : GammaCurveTest([]() -> std::unique_ptr<Curve> { return std::make_unique<GammaCurveTrelNormal>(); }, POINTS)
+    {
+    }
+
 private Q_SLOTS:
-    void controlPoints();
     void words_data();
     void words();
-    void wordsBetweenPoints();
     void bytes_data();
     void bytes();
-    void bytesAreRoundedPoints();
-    void buildingAgainChangesNothing();
-    void indexBeyondTableIsFatal_data();
-    void indexBeyondTableIsFatal();
     void odd30_lastSegmentIsFlatAndBelowFullScale();
 };
-
-void tst_GammaCurveTrel::controlPoints()
-{
-    const GammaCurveTrelNormal curve;
-    for (int i = 0; i < 256; ++i)
-        QVERIFY2(word(curve, i * 256) == POINTS[i], qPrintable(QString("point %1").arg(i)));
-}
 
 void tst_GammaCurveTrel::words_data()
 {
@@ -96,14 +69,7 @@ void tst_GammaCurveTrel::words()
 {
     QFETCH(int, index);
     QFETCH(int, value);
-    QCOMPARE(word(GammaCurveTrelNormal(), index), value);
-}
-
-void tst_GammaCurveTrel::wordsBetweenPoints()
-{
-    const GammaCurveTrelNormal curve;
-    for (int index = 0; index < 65536; ++index)
-        QVERIFY2(word(curve, index) == interpolated(index), qPrintable(QString("index %1").arg(index)));
+    QCOMPARE(word(*m_curve, index), value);
 }
 
 void tst_GammaCurveTrel::bytes_data()
@@ -123,53 +89,16 @@ void tst_GammaCurveTrel::bytes()
 {
     QFETCH(int, index);
     QFETCH(int, value);
-    QCOMPARE(byte(GammaCurveTrelNormal(), index), value);
-}
-
-void tst_GammaCurveTrel::bytesAreRoundedPoints()
-{
-    const GammaCurveTrelNormal curve;
-    for (int i = 0; i < 256; ++i)
-        QVERIFY2(byte(curve, i) == qMin(255, (POINTS[i] + 128) / 256), qPrintable(QString("index %1").arg(i)));
-}
-
-void tst_GammaCurveTrel::buildingAgainChangesNothing()
-{
-    GammaCurveTrelNormal curve;
-    Curve &base = curve;
-    base.createLut();
-    QCOMPARE(word(curve, 32767), interpolated(32767));
-    QCOMPARE(byte(curve, 255), 255);
-}
-
-void tst_GammaCurveTrel::indexBeyondTableIsFatal_data()
-{
-    QTest::addColumn<QString>("childCase");
-    for (const char *name : {"word 65536", "word -1", "byte 256", "byte -1"})
-        QTest::newRow(name) << QString(name);
-}
-
-void tst_GammaCurveTrel::indexBeyondTableIsFatal()
-{
-    QFETCH(QString, childCase);
-    QVERIFY(diesWith(childCase, "index out of range"));
+    QCOMPARE(byte(*m_curve, index), value);
 }
 
 void tst_GammaCurveTrel::odd30_lastSegmentIsFlatAndBelowFullScale()
 {
-    const GammaCurveTrelNormal curve;
-    QCOMPARE(word(curve, 65279), 65518);
+    QCOMPARE(word(*m_curve, 65279), 65518);
     for (int index = 65280; index < 65536; ++index)
-        QCOMPARE(word(curve, index), 65520);
+        QCOMPARE(word(*m_curve, index), 65520);
 }
 
-const ChildCases childCases{
-    {"word 65536", [] { word(GammaCurveTrelNormal(), 65536); }},
-    {"word -1", [] { word(GammaCurveTrelNormal(), -1); }},
-    {"byte 256", [] { byte(GammaCurveTrelNormal(), 256); }},
-    {"byte -1", [] { byte(GammaCurveTrelNormal(), -1); }},
-};
-
-TREL_TEST_MAIN(tst_GammaCurveTrel, childCases)
+TREL_TEST_MAIN(tst_GammaCurveTrel, GammaCurveTest::childCases<GammaCurveTrelNormal>())
 
 #include "tst_GammaCurveTrel.moc"

@@ -1,14 +1,15 @@
-#include "GammaCurveTungsten.h"
+#include "GammaCurveTest.h"
 
-#include "TestSupport.h"
+#include <GammaCurveTungsten.h>
 
 #include <type_traits>
 
-namespace {
-
 static_assert(std::is_base_of_v<Curve, GammaCurveTungsten>, "the registry holds it as a Curve");
 
-const int POINTS[256] = {
+namespace {
+
+// clang-format off
+constexpr int POINTS[256] = {
     0,     1,     2,     3,     4,     5,     7,     9,     11,    14,    17,    20,    24,    28,    33,    38,
     43,    50,    57,    64,    72,    81,    90,    100,   110,   120,   131,   141,   151,   162,   174,   186,
     199,   212,   226,   240,   255,   270,   285,   302,   322,   345,   370,   398,   428,   461,   497,   535,
@@ -26,55 +27,27 @@ const int POINTS[256] = {
     48558, 49062, 49569, 50079, 50591, 51106, 51623, 52143, 52666, 53191, 53719, 54250, 54783, 55319, 55857, 56398,
     56942, 57488, 58037, 58588, 59143, 59699, 60259, 60821, 61385, 61952, 62522, 63095, 63670, 64247, 64880, 65535,
 };
-
-int word(const Curve &curve, int index)
-{
-    unsigned short value = 0;
-    curve.applyCurve(index, &value);
-    return value;
-}
-
-int byte(const Curve &curve, int index)
-{
-    unsigned char value = 0;
-    curve.applyCurve(index, &value);
-    return value;
-}
-
-/// The ascending line between two points in integers: a shift by 8 truncates j/256 of the difference exactly.
-int interpolated(int index)
-{
-    const int i = index / 256;
-    const int next = i < 255 ? POINTS[i + 1] : POINTS[255];
-    return POINTS[i] + (((next - POINTS[i]) * (index % 256)) >> 8);
-}
+// clang-format on
 
 } // namespace
 
-class tst_GammaCurveTungsten : public TrelTest
+class tst_GammaCurveTungsten : public GammaCurveTest
 {
     Q_OBJECT
 
+public:
+    tst_GammaCurveTungsten()
+        : GammaCurveTest([]() -> std::unique_ptr<Curve> { return std::make_unique<GammaCurveTungsten>(); }, POINTS)
+    {
+    }
+
 private Q_SLOTS:
-    void controlPoints();
     void words_data();
     void words();
-    void wordsBetweenPoints();
     void bytes_data();
     void bytes();
-    void bytesAreRoundedPoints();
-    void buildingAgainChangesNothing();
-    void indexBeyondTableIsFatal_data();
-    void indexBeyondTableIsFatal();
     void lastSegmentIsFlat();
 };
-
-void tst_GammaCurveTungsten::controlPoints()
-{
-    const GammaCurveTungsten curve;
-    for (int i = 0; i < 256; ++i)
-        QVERIFY2(word(curve, i * 256) == POINTS[i], qPrintable(QString("point %1").arg(i)));
-}
 
 void tst_GammaCurveTungsten::words_data()
 {
@@ -94,14 +67,7 @@ void tst_GammaCurveTungsten::words()
 {
     QFETCH(int, index);
     QFETCH(int, value);
-    QCOMPARE(word(GammaCurveTungsten(), index), value);
-}
-
-void tst_GammaCurveTungsten::wordsBetweenPoints()
-{
-    const GammaCurveTungsten curve;
-    for (int index = 0; index < 65536; ++index)
-        QVERIFY2(word(curve, index) == interpolated(index), qPrintable(QString("index %1").arg(index)));
+    QCOMPARE(word(*m_curve, index), value);
 }
 
 void tst_GammaCurveTungsten::bytes_data()
@@ -121,53 +87,16 @@ void tst_GammaCurveTungsten::bytes()
 {
     QFETCH(int, index);
     QFETCH(int, value);
-    QCOMPARE(byte(GammaCurveTungsten(), index), value);
-}
-
-void tst_GammaCurveTungsten::bytesAreRoundedPoints()
-{
-    const GammaCurveTungsten curve;
-    for (int i = 0; i < 256; ++i)
-        QVERIFY2(byte(curve, i) == qMin(255, (POINTS[i] + 128) / 256), qPrintable(QString("index %1").arg(i)));
-}
-
-void tst_GammaCurveTungsten::buildingAgainChangesNothing()
-{
-    GammaCurveTungsten curve;
-    Curve &base = curve;
-    base.createLut();
-    QCOMPARE(word(curve, 32767), interpolated(32767));
-    QCOMPARE(byte(curve, 255), 255);
-}
-
-void tst_GammaCurveTungsten::indexBeyondTableIsFatal_data()
-{
-    QTest::addColumn<QString>("childCase");
-    for (const char *name : {"word 65536", "word -1", "byte 256", "byte -1"})
-        QTest::newRow(name) << QString(name);
-}
-
-void tst_GammaCurveTungsten::indexBeyondTableIsFatal()
-{
-    QFETCH(QString, childCase);
-    QVERIFY(diesWith(childCase, "index out of range"));
+    QCOMPARE(byte(*m_curve, index), value);
 }
 
 void tst_GammaCurveTungsten::lastSegmentIsFlat()
 {
-    const GammaCurveTungsten curve;
-    QCOMPARE(word(curve, 65279), 65532);
+    QCOMPARE(word(*m_curve, 65279), 65532);
     for (int index = 65280; index < 65536; ++index)
-        QCOMPARE(word(curve, index), 65535);
+        QCOMPARE(word(*m_curve, index), 65535);
 }
 
-const ChildCases childCases{
-    {"word 65536", [] { word(GammaCurveTungsten(), 65536); }},
-    {"word -1", [] { word(GammaCurveTungsten(), -1); }},
-    {"byte 256", [] { byte(GammaCurveTungsten(), 256); }},
-    {"byte -1", [] { byte(GammaCurveTungsten(), -1); }},
-};
-
-TREL_TEST_MAIN(tst_GammaCurveTungsten, childCases)
+TREL_TEST_MAIN(tst_GammaCurveTungsten, GammaCurveTest::childCases<GammaCurveTungsten>())
 
 #include "tst_GammaCurveTungsten.moc"
