@@ -31,9 +31,19 @@ void Console::print(const QJsonValue &json)
     write(stdout, (json.isArray() ? QJsonDocument(json.toArray()) : QJsonDocument(json.toObject())).toJson());
 }
 
+bool Console::isPrinted()
+{
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
+
 void Console::complain(const QString &text)
 {
-    write(stderr, "trelcolor: " + text.toUtf8() + '\n');
+    QString line = text;
+    for (QChar &character : line) {
+        if (character.category() == QChar::Other_Control)
+            character = QChar::ReplacementCharacter;
+    }
+    write(stderr, "trelcolor: " + line.toUtf8() + '\n');
 }
 
 void Console::silenceLibrary()

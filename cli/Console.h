@@ -18,7 +18,10 @@ void print(const QString &text);
 /// Prints \a json, an array or an object, indented, on standard output.
 void print(const QJsonValue &json);
 
-/// Prints one line, with the command's name before it, on standard error.
+/// Whether everything printed so far has reached standard output.
+bool isPrinted();
+
+/// Prints one line, with the command's name before it, on standard error; control characters become U+FFFD.
 void complain(const QString &text);
 
 /// Keeps the library's debug lines and warnings off standard error: the command reports in its own words.

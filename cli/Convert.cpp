@@ -80,7 +80,7 @@ QStringList linesOfStandardInput()
     while (const std::size_t got = std::fread(buffer, 1, sizeof buffer, stdin))
         input.append(buffer, int(got));
     QStringList lines;
-    const QStringList all = QString::fromUtf8(input).split('\n');
+    const QStringList all = QString::fromUtf8(input.constData(), input.size()).split('\n');
     for (const QString &line : all) {
         if (!line.trimmed().isEmpty())
             lines.append(line.trimmed());
@@ -122,7 +122,8 @@ std::optional<Row> converted(const QString &text, const Fixture &fixture)
 
 QString fixedPoint(double value)
 {
-    return QString::number(value, 'f', 4);
+    constexpr double WIDEST = 1e6; // a value string may hold any number
+    return std::abs(value) < WIDEST ? QString::number(value, 'f', 4) : QString::number(value);
 }
 
 Table tableOf(const QVector<Row> &rows, const Fixture &fixture)

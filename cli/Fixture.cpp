@@ -61,8 +61,9 @@ std::optional<QString> Fixture::refusal(const TrelColor &color) const
     QVector<double> alphaAndLevels;
     color.getNChannelF(&alphaAndLevels, &configuration, &origin);
     const auto count = int(alphaAndLevels.size()) - 1;
-    const bool passesThrough = color.spec() == TrelColor::Nchannel && modeOf(mode).isNtoN() && origin == profile
-                               && configuration == modeOf(mode).inputChannelConfiguration();
+    const bool isGenericRgb = origin == ColorUtils::GENERIC_RGB && configuration == ColorUtils::CONFIG_RGB;
+    const bool passesThrough = color.spec() == TrelColor::Nchannel && modeOf(mode).isNtoN() && !isGenericRgb
+                               && origin == profile && configuration == modeOf(mode).inputChannelConfiguration();
     if (passesThrough && count != channels)
         return QStringLiteral("it has %1 channel levels, the fixture takes %2").arg(count).arg(channels);
     return std::nullopt;

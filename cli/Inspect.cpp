@@ -17,6 +17,7 @@ struct Form
 };
 
 constexpr const char *SPEC_NAMES[] = {"Invalid", "RGB", "HSV", "Yxy", "N-channel"};
+static_assert(std::size(SPEC_NAMES) == TrelColor::Nchannel + 1, "one name for each form");
 
 template <typename... Numbers>
 QString joined(Numbers... numbers)

@@ -34,6 +34,9 @@ std::optional<ColorUtils::IOModeID> Lookup::mode(const QString &text)
 
 std::optional<int> Lookup::curve(const QString &text)
 {
-    constexpr int CURVES = 3;
-    return find(text, CURVES, [](int i) { return CurveFactory::Instance()->nameForCurveType(i); });
+    const auto nameOf = [](int i) { return CurveFactory::Instance()->nameForCurveType(i); };
+    int count = 0;
+    while (!nameOf(count).isEmpty())
+        ++count;
+    return find(text, count, nameOf);
 }

@@ -36,8 +36,9 @@ public:
 private:
     void check(QXmlStreamReader::TokenType token)
     {
-        if (token == QXmlStreamReader::DTD && !m_reader.entityDeclarations().isEmpty())
-            m_reason = QStringLiteral("entity declarations are not read");
+        // The library stops at entities and does not know of attributes' default values.
+        if (token == QXmlStreamReader::DTD)
+            m_reason = QStringLiteral("a document type declaration has no place here");
         else if (token == QXmlStreamReader::StartElement)
             checkStart();
         else if (token == QXmlStreamReader::EndElement)
@@ -143,7 +144,8 @@ private:
 
 std::optional<DatabaseFault> findFault(const QByteArray &document)
 {
-    if (QString::fromUtf8(document).size() > MAX_CHARACTERS)
+    if (document.size() > MAX_DATABASE_BYTES
+        || QString::fromUtf8(document.constData(), document.size()).size() > MAX_CHARACTERS)
         return DatabaseFault{1, QStringLiteral("it is longer than %1 characters").arg(MAX_CHARACTERS)};
     return Checker(document).run();
 }

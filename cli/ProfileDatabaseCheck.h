@@ -5,6 +5,9 @@
 
 #include <optional>
 
+/// No database that the library reads is longer, whatever its characters.
+constexpr qint64 MAX_DATABASE_BYTES = qint64(4) * 256 * 1024;
+
 /// What is wrong with a fixture profile database, and where.
 struct DatabaseFault
 {

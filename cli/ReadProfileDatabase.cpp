@@ -15,7 +15,7 @@ int Commands::readProfileDatabase(const QString &path)
         Console::complain(QStringLiteral("cannot open '%1': %2").arg(path, file.errorString()));
         return Console::BadArguments;
     }
-    QByteArray document = file.readAll();
+    QByteArray document = file.read(MAX_DATABASE_BYTES + 1);
     if (const auto fault = findFault(document)) {
         Console::complain(QStringLiteral("%1:%2: %3").arg(path, QString::number(fault->line), fault->reason));
         return Console::BadInput;

@@ -38,6 +38,7 @@ constexpr ConfigurationRow CONFIGURATIONS[] = {
     {"Unknown", 0}, {"RGB", 3}, {"RGBAW", 5}, {"RGBW", 4}, {"Single Channel", 1}, {"RGBWW", 5}, {"RGBA", 4},
 };
 constexpr int CONFIGURATION_COUNT = int(std::size(CONFIGURATIONS));
+static_assert(CONFIGURATION_COUNT == ColorUtils::CONFIG_RGBA + 1, "one row for each configuration");
 
 const ConfigurationRow &configurationRow(ColorUtils::ChannelConfiguration configuration)
 {
@@ -535,7 +536,7 @@ void ColorUtils::convertXYZtoYxy(const double XYZ[3], double Yxy[3])
         std::fill_n(Yxy, 3, 0.0);
         return;
     }
-    // ODD-38: the largest of the three, as the luminance of a fixture is that of its brightest channel.
+    // ODD-38: the largest of the three, not Y.
     Yxy[0] = std::max({X, Y, Z});
     Yxy[1] = X / (X + Y + Z);
     Yxy[2] = Y / (X + Y + Z);

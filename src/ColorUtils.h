@@ -24,7 +24,7 @@ class TREL_EXPORT ColorUtils
 {
 public:
     /// The emitter set of a fixture. Channels stand in the order of the letters of the name.
-    /// Numbered in the order in which they came to be, not by channel count (ODD-26).
+    /// Not numbered by channel count (ODD-26).
     enum ChannelConfiguration : int {
         CONFIG_UNKNOWN = 0,        ///< not a configuration: unset or unknown, no channels
         CONFIG_RGB = 1,            ///< 3 channels
@@ -62,10 +62,10 @@ public:
         RGBW_IN_OUT = 2,          ///< pass-through of RGBW
         RGBAW_IN_OUT = 3,         ///< pass-through of RGBAW
         RGBWW_IN_OUT = 4,         ///< pass-through of RGBWW
-        RGB_IN_RGBA_OUT = 5,      ///< RGB, converted to RGBA by the fixture
-        RGB_IN_RGBW_OUT = 6,      ///< RGB, converted to RGBW by the fixture
-        RGB_IN_RGBAW_OUT = 7,     ///< RGB, converted to RGBAW by the fixture
-        RGB_IN_RGBWW_OUT = 8,     ///< RGB, converted to RGBWW by the fixture
+        RGB_IN_RGBA_OUT = 5,      ///< RGB in, RGBA out
+        RGB_IN_RGBW_OUT = 6,      ///< RGB in, RGBW out
+        RGB_IN_RGBAW_OUT = 7,     ///< RGB in, RGBAW out
+        RGB_IN_RGBWW_OUT = 8,     ///< RGB in, RGBWW out
         SINGLE_CHANNEL_IN_OUT = 9 ///< pass-through of one channel
     };
 
@@ -243,6 +243,8 @@ public:
     /// Channel levels (0..1) of \a color for a fixture: passed through where the colour is already in the
     /// fixture's terms, otherwise solved from its chromaticity for the I/O mode's input configuration (ODD-40).
     ///
+    /// \param rgbPassThrough  hands generic RGB colours to a pass-through mode as they are.
+    /// \param onboardCurve    has no effect on levels.
     /// \param solvedFromColor set to true when a colour other than #TrelColor::Yxy was solved; otherwise
     ///                        left as it is.
     /// \param channelCount    size of the result; a negative one counts as 0.
@@ -257,10 +259,11 @@ public:
 
     /// The DMX bytes of \a color for one fixture.
     ///
-    /// \param resolution   bytes a channel, 1 or 2.
-    /// \param out          channelCount × resolution bytes.
-    /// \param curveType    software curve, for levels that were passed through.
-    /// \param onboardCurve the fixture's own curve, compensated when levels were solved.
+    /// \param rgbPassThrough hands generic RGB colours to a pass-through mode as they are.
+    /// \param resolution     bytes a channel, 1 or 2.
+    /// \param out            channelCount × resolution bytes.
+    /// \param curveType      software curve, for an RGB, HSV or N-channel colour whose levels were passed through.
+    /// \param onboardCurve   the fixture's own curve, compensated for all others, every Yxy colour among them.
     ///
     /// Chromaticities outside the gamut are always clamped. Fatal cases: convertTrelColorToNChannelF().
     static void convertTrelColorToDMX(TrelColor &color, bool rgbPassThrough, int channelCount, int resolution,
@@ -276,6 +279,7 @@ public:
     /// Lays \a source over \a target by the source's alpha. A black target or an opaque source: a copy.
     /// A mixture carries profile #GENERIC_RGB (ODD-41). Of N-channel colours, levels that the target lacks
     /// count as 0, and those beyond the source's stay as they are.
+    /// Fatal: a source wider than the calibration data of its profile (TrelColor::convertTo()'s case).
     static void updateColor(TrelColor &target, const TrelColor &source);
 
     /// @}

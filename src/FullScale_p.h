@@ -4,8 +4,8 @@
 
 /// Arithmetic of full-scale words: a component as an unsigned 32-bit integer, 0xFFFFFFFF for 1.0.
 ///
-/// Every real that becomes an integer in the colour science goes through truncated(), so that no value,
-/// NaN and infinities included, is undefined behaviour.
+/// Every real that becomes a 16- or 32-bit word goes through truncated(), so that no value, NaN and infinities
+/// included, is undefined behaviour.
 namespace FullScale {
 
 constexpr double MAX_WORD = 4294967295.0;

@@ -34,7 +34,7 @@ std::vector<ProfileRow> builtInProfiles()
         {C::RGB_IN_OUT, true}, {C::RGB_IN_RGBW_OUT, true}, {C::RGBW_IN_OUT, true}};
 
     // clang-format off
-    // ODD-28: the default modes and the calibration follow no rule, they are how the fixtures ship.
+    // ODD-28: the default modes and the calibration follow no rule.
     return {
         {C::GENERIC_RGB, QT_TRANSLATE_NOOP("QObject", "Generic RGB"), C::CONFIG_RGB, 0,
          {{C::RGB_IN_OUT, false}}, C::RGB_IN_OUT},

@@ -50,11 +50,14 @@ QVector<int> othersThan(int i, int j, int numChannels)
     return others;
 }
 
+/// Σ weights · levels over those of \a channels that are on: off ones must not add 0 · ∞.
 double weightedSum(const QVector<double> &weights, const QVector<double> &levels, const QVector<int> &channels)
 {
     double sum = 0;
-    for (const int c : channels)
-        sum += weights.at(c) * levels.at(c);
+    for (const int c : channels) {
+        if (levels.at(c) != 0)
+            sum += weights.at(c) * levels.at(c);
+    }
     return sum;
 }
 

@@ -12,7 +12,7 @@ namespace {
 /// Profiles > Profile > Channel are three levels.
 constexpr int MAX_DEPTH = 64;
 
-/// Some thirty times what all ten profiles need. It bounds the memory of a single token and the time that
+/// Far more than all ten profiles need. It bounds the memory of a single token and the time that
 /// inserting channels at the front of their list takes.
 constexpr int MAX_CHARACTERS = 256 * 1024;
 

@@ -1178,14 +1178,14 @@ bool TrelColor::isMixedInYxy() const
     return m_spec == Yxy || (m_spec == Nchannel && getNChannelRenderType() == NChannelRenderYxy);
 }
 
-/// Invalidates the colour with  warning.
+/// Invalidates the colour with \a warning.
 void TrelColor::refuse(const char *warning)
 {
     qWarning("%s", warning);
     invalidate();
 }
 
-/// The checks of single components: whether  value is in range; if not, the colour is invalid, without a
+/// The checks of single components: whether \a value is in range; if not, the colour is invalid, without a
 /// message (ODD-11).
 bool TrelColor::checkReal(double value)
 {
@@ -1215,7 +1215,7 @@ bool TrelColor::check16(unsigned int value)
     return true;
 }
 
-/// Becomes a colour of form  spec with three component words and configuration CONFIG_RGB.
+/// Becomes a colour of form \a spec with three component words and configuration CONFIG_RGB.
 void TrelColor::store(Spec spec, const std::array<unsigned int, 3> &words, unsigned int alpha,
                       ColorUtils::HuelockProfileID profile)
 {
@@ -1348,7 +1348,7 @@ TrelColor TrelColor::rgbFromHsv() const
     return result;
 }
 
-///  text contains ";".
+/// \a text contains ";".
 void TrelColor::setValueString(const QString &text)
 {
     const QStringList parts = text.split(QLatin1Char(';'));

@@ -24,9 +24,9 @@ inline constexpr char TRELCOLOR_MIME_TYPE[] = "data/x-trelcolor";
 /// degree; at 8 and 16 bits it is given in whole degrees 0..359, as a real 0.0..1.0 for the full turn, and −1
 /// (−1.0) stands for an achromatic colour. Y, x and y are doubles at every resolution.
 ///
-/// Range errors: whole-colour setters and factories print a qWarning and give an #Invalid colour; setters of
-/// one component invalidate without a message, setAlpha8() alone has one (ODD-11). NaN is out of range for the
-/// former and passes the latter (ODD-10).
+/// Range errors: whole-colour setters and factories of RGB and HSV colours, and fromxyY(), print a qWarning and
+/// give an #Invalid colour; all other setters invalidate without a message, but for setAlpha8() (ODD-11). NaN is
+/// out of range for the former and passes the latter (ODD-10).
 class TREL_EXPORT TrelColor
 {
 public:
@@ -155,7 +155,6 @@ public:
     /// @{
 
     /// Alpha, 0..255.
-    /// Alpha, 0..255.
     int alpha8() const;
     /// Alpha, 0..65535.
     unsigned int alpha16() const;
@@ -175,7 +174,6 @@ public:
     /// colour #Rgb, keeping alpha and profile; out of range it invalidates without a message.
     /// @{
 
-    /// Red, 0..255.
     /// Red, 0..255.
     int red8() const;
     /// Green, 0..255.
@@ -276,7 +274,6 @@ public:
     /// Getters of a colour that is neither #Yxy nor #Invalid read toYxy().
     /// @{
 
-    /// Luminance, 0..1.
     /// Luminance, 0..1.
     double getY() const;
     /// Chromaticity x.
