@@ -25,6 +25,34 @@ int convert(const ConvertArguments &arguments);
 /// Colours in every form; \a format is table or json.
 int inspect(const QStringList &colors, const QString &format);
 
+/// Arguments of `cct` as typed.
+struct CctArguments
+{
+    int cct = 0; ///< kelvin, 1950..11000
+    int tint = 0;
+    bool isInverse = false; ///< x and y are given instead
+    double x = 0;
+    double y = 0;
+    QString profile;                          ///< empty for none
+    QString format = QStringLiteral("table"); ///< table or json
+};
+
+/// White light: chromaticity and preview of a CCT and tint, or the other way round.
+int cct(const CctArguments &arguments);
+
+/// Arguments of `chart` as typed.
+struct ChartArguments
+{
+    QString out;
+    QString size;
+    QString range;
+    QStringList profiles;
+    QStringList colors;
+};
+
+/// Draws a chromaticity chart into a file. \pre a QGuiApplication exists.
+int chart(const ChartArguments &arguments);
+
 /// Listings; \a format is table or json.
 int profiles(const QString &format);
 int modes(const QString &format);

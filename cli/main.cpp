@@ -4,9 +4,11 @@
 
 #include <CLI/CLI.hpp>
 
-#include <QCoreApplication>
+#include <CCTUtils.h>
 
-#include <functional>
+#include <QGuiApplication>
+
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,7 +20,7 @@ constexpr int MOST_CHANNELS = 512; // of a DMX universe
 struct Arguments
 {
     std::string profileDatabase;
-    std::string profile = "0";
+    std::string profile;
     std::string mode;
     std::string curve;
     std::string onboardCurve;
@@ -27,6 +29,13 @@ struct Arguments
     int resolution = 8;
     bool rgbPassThrough = false;
     std::vector<std::string> colors;
+    int cct = 0;
+    int tint = 0;
+    std::vector<double> xy;
+    std::string out;
+    std::string size = "900x980";
+    std::string range = "-0.06,0.92,0.9,-0.98";
+    std::vector<std::string> profiles;
 };
 
 QString fromArgument(const std::string &text)
@@ -34,18 +43,19 @@ QString fromArgument(const std::string &text)
     return QString::fromLocal8Bit(text.c_str());
 }
 
-QStringList colorsOf(const Arguments &arguments)
+QStringList fromArguments(const std::vector<std::string> &texts)
 {
-    QStringList colors;
-    for (const std::string &color : arguments.colors)
-        colors.append(fromArgument(color));
-    return colors;
+    QStringList result;
+    for (const std::string &text : texts)
+        result.append(fromArgument(text));
+    return result;
 }
 
 Commands::ConvertArguments convertArguments(const Arguments &arguments)
 {
     Commands::ConvertArguments result;
-    result.profile = fromArgument(arguments.profile);
+    if (!arguments.profile.empty())
+        result.profile = fromArgument(arguments.profile);
     result.mode = fromArgument(arguments.mode);
     result.curve = fromArgument(arguments.curve);
     result.onboardCurve = fromArgument(arguments.onboardCurve);
@@ -53,8 +63,29 @@ Commands::ConvertArguments convertArguments(const Arguments &arguments)
     result.channels = arguments.channels;
     result.resolution = arguments.resolution;
     result.rgbPassThrough = arguments.rgbPassThrough;
-    result.colors = colorsOf(arguments);
+    result.colors = fromArguments(arguments.colors);
     return result;
+}
+
+Commands::CctArguments cctArguments(const Arguments &arguments)
+{
+    Commands::CctArguments result;
+    result.cct = arguments.cct;
+    result.tint = arguments.tint;
+    result.isInverse = !arguments.xy.empty();
+    if (result.isInverse) {
+        result.x = arguments.xy.at(0);
+        result.y = arguments.xy.at(1);
+    }
+    result.profile = fromArgument(arguments.profile);
+    result.format = fromArgument(arguments.format);
+    return result;
+}
+
+Commands::ChartArguments chartArguments(const Arguments &arguments)
+{
+    return {fromArgument(arguments.out), fromArgument(arguments.size), fromArgument(arguments.range),
+            fromArguments(arguments.profiles), fromArguments(arguments.colors)};
 }
 
 void addFormat(CLI::App *command, Arguments &arguments, const std::vector<std::string> &formats)
@@ -72,9 +103,8 @@ void addColors(CLI::App *command, Arguments &arguments, const std::string &descr
 void addConvert(CLI::App &app, Arguments &arguments)
 {
     CLI::App *convert = app.add_subcommand("convert", "Convert colours to the DMX bytes of a fixture");
-    convert->add_option("--profile", arguments.profile, "Fixture profile, by number or name")
-        ->type_name("ID|NAME")
-        ->capture_default_str();
+    convert->add_option("--profile", arguments.profile, "Fixture profile, by number or name; generic RGB without it")
+        ->type_name("ID|NAME");
     convert->add_option("--mode", arguments.mode, "I/O mode; the profile's own without it")->type_name("ID|NAME");
     convert->add_option("--channels", arguments.channels, "Channels of the fixture; those of the mode without it")
         ->type_name("N")
@@ -107,6 +137,55 @@ void addOthers(CLI::App &app, Arguments &arguments)
         addFormat(app.add_subcommand(name, description), arguments, {"table", "json"});
 }
 
+void addCct(CLI::App &app, Arguments &arguments)
+{
+    CLI::App *cct = app.add_subcommand("cct", "Show the white light of a colour temperature");
+    auto *kelvin = cct->add_option("KELVIN", arguments.cct, "Correlated colour temperature")
+                       ->check(CLI::Range(CCTUtils::getMinCCT(), CCTUtils::getMaxCCT()));
+    auto *tint = cct->add_option("--tint", arguments.tint, "Distance from the locus, greenish above 0, pinkish below")
+                     ->check(CLI::Range(CCTUtils::getMinTint(), CCTUtils::getMaxTint()))
+                     ->capture_default_str();
+    auto *xy = cct->add_option("--from-xy", arguments.xy, "The other way round: the white point of a chromaticity")
+                   ->type_name("X Y")
+                   ->expected(2)
+                   ->excludes(kelvin)
+                   ->excludes(tint);
+    cct->final_callback([kelvin, xy] {
+        if (kelvin->count() == 0 && xy->count() == 0)
+            throw CLI::RequiredError("KELVIN or --from-xy");
+    });
+    cct->add_option("--profile", arguments.profile, "Show levels and bytes for this fixture profile, too")
+        ->type_name("ID|NAME");
+    addFormat(cct, arguments, {"table", "json"});
+}
+
+void addChart(CLI::App &app, Arguments &arguments)
+{
+    CLI::App *chart = app.add_subcommand("chart", "Draw a CIE 1931 chromaticity chart");
+    chart->add_option("--out", arguments.out, "Where to, a .png or .svg file")->type_name("FILE")->required();
+    chart->add_option("--size", arguments.size, "Width and height in pixels")->type_name("WxH")->capture_default_str();
+    chart->add_option("--range", arguments.range, "Top left corner and extent in x and y, the height downwards")
+        ->type_name("x,y,w,h")
+        ->capture_default_str();
+    chart->add_option("--profile", arguments.profiles, "Draw the gamut of this fixture profile")
+        ->type_name("ID|NAME")
+        ->expected(1)
+        ->take_all();
+    chart->add_option("--colour,--color", arguments.colors, "Mark this colour")
+        ->type_name("COLOUR")
+        ->expected(1)
+        ->take_all();
+}
+
+/// Text and pictures need a GUI application, but no screen.
+std::unique_ptr<QCoreApplication> createApplication(bool withPictures, int &argc, char **argv)
+{
+    if (!withPictures)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 int run(const CLI::App &app, const Arguments &arguments)
 {
     if (!arguments.profileDatabase.empty()) {
@@ -117,7 +196,11 @@ int run(const CLI::App &app, const Arguments &arguments)
     if (app.got_subcommand("convert"))
         return Commands::convert(convertArguments(arguments));
     if (app.got_subcommand("inspect"))
-        return Commands::inspect(colorsOf(arguments), format);
+        return Commands::inspect(fromArguments(arguments.colors), format);
+    if (app.got_subcommand("cct"))
+        return Commands::cct(cctArguments(arguments));
+    if (app.got_subcommand("chart"))
+        return Commands::chart(chartArguments(arguments));
     if (app.got_subcommand("profiles"))
         return Commands::profiles(format);
     if (app.got_subcommand("modes"))
@@ -135,7 +218,6 @@ QString firstLine(const CLI::ParseError &error)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
     Console::silenceLibrary();
 
     Arguments arguments;
@@ -148,6 +230,8 @@ int main(int argc, char **argv)
     app.require_subcommand(1);
     app.fallthrough();
     addConvert(app, arguments);
+    addCct(app, arguments);
+    addChart(app, arguments);
     addOthers(app, arguments);
     try {
         app.parse(argc, argv);
@@ -157,5 +241,11 @@ int main(int argc, char **argv)
         Console::complain(firstLine(error));
         return Console::BadArguments;
     }
-    return run(app, arguments);
+    const auto application = createApplication(app.got_subcommand("chart"), argc, argv);
+    const int code = run(app, arguments);
+    if (!Console::isPrinted()) {
+        Console::complain("cannot write to standard output");
+        return Console::BadInput;
+    }
+    return code;
 }

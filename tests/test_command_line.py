@@ -119,6 +119,28 @@ class Convert(Command):
         self.assertIn("3 channel levels, the fixture takes 4", error)
         self.assertEqual(out, "ff0000ff\n")
 
+    def test_levels_of_generic_rgb_pass_whatever_the_channel_count(self):
+        self.assertEqual(self.output("convert", "--format", "hex", "--channels", "4", "aNchannel;1;0;65535;65535;0;0;0"),
+                         "ff000000\n")
+
+    def test_control_characters_cost_no_other_line(self):
+        error, out = self.fails(1, "convert", "--format", "hex", "-", stdin="re\0d\nred\nblue\n")
+        self.assertIn("'re\ufffdd' is no colour", error)
+        self.assertEqual(out, "ff0000\n0000ff\n")
+        error, _ = self.fails(1, "convert", "two\nlines")
+        self.assertIn("'two\ufffdlines' is no colour", error)
+
+    def test_wild_numbers_keep_the_table_narrow(self):
+        result = run("convert", "aYxy;1;0;65535;-1e308;1e300;1e-300")
+        self.assertEqual(result.returncode, 0)
+        self.assertLess(max(map(len, result.stdout.decode().splitlines())), 200)
+
+    def test_full_disk_is_no_success(self):
+        with open("/dev/full", "wb") as full:
+            result = subprocess.run([TRELCOLOR, "convert", "red"], stdout=full, stderr=subprocess.PIPE, timeout=60,
+                                    check=False)
+        self.assertEqual((result.returncode, result.stderr), (1, b"trelcolor: cannot write to standard output\n"))
+
     def test_any_value_string_is_survived(self):
         colors = [f"aNchannel;{configuration};{profile};65535;1;2;3;4;5;1"
                   for configuration in (-1, 0, 1, 2, 3, 4, 5, 6, 77) for profile in (-1, 0, 1, 4, 9, 10, 99)]
@@ -147,7 +169,7 @@ class BadArguments(Command):
 
 class Help(Command):
     def test_every_command_has_one(self):
-        for command in ([], ["convert"], ["inspect"], ["profiles"], ["modes"], ["curves"]):
+        for command in ([], ["convert"], ["inspect"], ["cct"], ["chart"], ["profiles"], ["modes"], ["curves"]):
             self.assertIn("Usage: trelcolor", self.output(*command, "--help"))
 
     def test_version(self):
@@ -188,6 +210,47 @@ class Inspect(Command):
         self.assertIn("'nosuchcolour' is no colour", error)
 
 
+class WhitePoint(Command):
+    def white(self, *arguments):
+        return json.loads(self.output("cct", "--format", "json", *arguments))
+
+    def test_start_of_a_region_is_the_table_s_point(self):
+        white = self.white("2000")
+        self.assertEqual(white["uvPrime"], "0.305048, 0.538599")
+        self.assertEqual((white["cct"], white["tint"], white["duv"]), ("2000 K", "0", "0.000000"))
+
+    def test_tint_moves_away_from_the_locus(self):
+        green, pink = self.white("4000", "--tint", "32767"), self.white("4000", "--tint", "-32767")
+        # The iso-temperature line at 4000 K: (0.225110551, 0.501581061) to (0.213761074, 0.526282805).
+        # The line through the pivot misses that point by a little.
+        for got, wanted in zip(green["uvPrime"].split(", "), (0.213761074, 0.526282805)):
+            self.assertAlmostEqual(float(got), wanted, delta=3e-6)
+        self.assertAlmostEqual(float(green["duv"]), 0.02, delta=2e-6)
+        self.assertAlmostEqual(float(pink["duv"]), -0.02, delta=2e-6)
+
+    def test_inverse(self):
+        white = self.white("5000", "--tint", "-8000")
+        back = self.white("--from-xy", *white["xy"].split(", "))
+        self.assertEqual(back["cct"], "5000 K")
+        self.assertAlmostEqual(int(back["tint"]), -8000, delta=3)
+
+    def test_fixture(self):
+        white = self.white("3200", "--profile", "6")
+        self.assertEqual(white["profile"], "WashLine PZ6 RGBW")
+        self.assertEqual(white["channels"], "Red, Green, Blue, White")
+        self.assertEqual(len(white["levels"].split(", ")), 4)
+        self.assertEqual(len(white["bytes"].split()), 4)
+        self.assertIn("Bytes", self.output("cct", "3200", "--profile", "6"))
+
+    def test_bad_arguments(self):
+        for code, arguments in ((2, []), (2, ["1949"]), (2, ["11001"]), (2, ["warm"]), (2, ["3000", "--tint", "32768"]),
+                                (2, ["3000", "--from-xy", "0.3", "0.3"]), (2, ["--from-xy", "0.3"]),
+                                (2, ["3000", "--profile", "10"]), (1, ["--from-xy", "0.9", "0.3"]),
+                                (1, ["--from-xy", "nan", "0.3"])):
+            with self.subTest(arguments=arguments):
+                self.assertEqual(self.fails(code, "cct", *arguments)[1], "")
+
+
 class ProfileDatabase(Command):
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory()
@@ -205,6 +268,10 @@ class ProfileDatabase(Command):
         names = [channel["name"] for channel in json.loads(replaced)["colors"][0]["channels"]]
         self.assertEqual(names, ["Rouge", "Vert", "Bleu"])
 
+    def test_an_endless_file_is_refused(self):
+        error, _ = self.fails(1, "profiles", "--profile-database", "/dev/zero")
+        self.assertIn("longer than", error)
+
     def test_a_fault_is_reported_with_line_and_reason(self):
         channel = '<Channel name="Vert" index="1" X="160" Y="500" Z="90"/>'
         faults = {
@@ -221,8 +288,10 @@ class ProfileDatabase(Command):
             "too few channels": (DATABASE.replace(channel, "").replace('index="2"', 'index="1"'), 7, "needs 3"),
             "channel outside": (DATABASE.replace("</Profiles>", channel + "</Profiles>"), 8, "outside"),
             "profile inside": (DATABASE.replace(channel, '<Profile index="1"/>'), 5, "inside"),
+            "attribute default": (DATABASE.replace("<Profiles>", '<!DOCTYPE Profiles [<!ATTLIST Channel X CDATA "4">]>'
+                                                                 "\n<Profiles>"), 2, "document type"),
             "entity": (DATABASE.replace("<Profiles>", '<!DOCTYPE Profiles [<!ENTITY a "b">]>\n<Profiles>'), 2,
-                       "entity"),
+                       "document type"),
             "deep": ("<Profiles>" + "<a>" * 100, 1, "nested deeper"),
             "long": (DATABASE + "<!--" + "x" * 300000 + "-->", 1, "longer than"),
             "empty": ("", 1, ""),

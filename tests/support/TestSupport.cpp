@@ -1,6 +1,7 @@
 #include "TestSupport.h"
 
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <csignal>
 #include <cstdio>
@@ -89,4 +90,14 @@ bool ranChildCase(int argc, char **argv, const ChildCases &cases)
         std::exit(EXIT_UNKNOWN_CASE);
     child();
     return true;
+}
+
+void isolateFromUser()
+{
+    static const QTemporaryDir folder;
+    if (!folder.isValid())
+        qFatal("no temporary folder");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    for (const char *variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
+        qputenv(variable, folder.filePath(variable).toUtf8());
 }

@@ -43,13 +43,21 @@ bool diesWith(const QString &name, const QByteArray &text);
 /// Runs case \a name if the command line asks for one; returns whether it did.
 bool ranChildCase(int argc, char **argv, const ChildCases &cases);
 
-/// main() of a test with child cases; pass {} where there are none.
-#define TREL_TEST_MAIN(TestClass, childCases)                                                                          \
+/// Lets no test touch the user's own files, and none need a screen: HOME and the XDG folders become a fresh
+/// temporary folder, which goes with the process.
+void isolateFromUser();
+
+/// main() of a test with child cases, under an application object of class Application; pass {} where there are none.
+#define TREL_TEST_MAIN_WITH(Application, TestClass, childCases)                                                        \
     int main(int argc, char **argv)                                                                                    \
     {                                                                                                                  \
+        isolateFromUser();                                                                                             \
         if (ranChildCase(argc, argv, childCases))                                                                      \
             return 0;                                                                                                  \
-        QCoreApplication application(argc, argv);                                                                      \
+        Application application(argc, argv);                                                                           \
         TestClass test;                                                                                                \
         return QTest::qExec(&test, argc, argv);                                                                        \
     }
+
+/// The same without pictures.
+#define TREL_TEST_MAIN(TestClass, childCases) TREL_TEST_MAIN_WITH(QCoreApplication, TestClass, childCases)
