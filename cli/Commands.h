@@ -53,6 +53,38 @@ struct ChartArguments
 /// Draws a chromaticity chart into a file. \pre a QGuiApplication exists.
 int chart(const ChartArguments &arguments);
 
+/// The colour library; \a format is table or json. \pre a QGuiApplication exists.
+namespace Library {
+
+/// Presets and the user's lists.
+int list(const QString &format);
+
+/// The colours of a list.
+int show(const QString &list, const QString &format);
+
+/// The colours with \a text in their name, uid, vendor's identifier or hexadecimal form.
+int find(const QString &text, const QString &format);
+
+/// Adds a colour to a list of the user's, which is made if there is none.
+int add(const QString &list, const QString &name, const QString &color, const QString &format);
+
+/// Renames a colour of the user's. \param color its uid, or list and name joined by "/"
+int rename(const QString &color, const QString &newName, const QString &format);
+
+/// Removes a colour of the user's. \param color as for rename()
+int remove(const QString &color, const QString &format);
+
+/// Writes lists, all of the user's if none is named, into a file.
+int exportLists(const QString &path, const QStringList &lists, const QString &format);
+
+/// Adds the lists of a file to the user's.
+int importFile(const QString &path, const QString &format);
+
+/// Reports every fault of colour files.
+int check(const QStringList &paths, const QString &format);
+
+} // namespace Library
+
 /// Listings; \a format is table or json.
 int profiles(const QString &format);
 int modes(const QString &format);

@@ -36,11 +36,30 @@ struct Arguments
     std::string size = "900x980";
     std::string range = "-0.06,0.92,0.9,-0.98";
     std::vector<std::string> profiles;
+    std::string list;
+    std::string name;
+    std::string color;
+    std::string text;
+    std::string file;
+    std::vector<std::string> lists;
+    std::vector<std::string> files;
 };
+
+/// Where several values may stand, the parser takes "[a,b]" apart, even if that is a name; behind this character not.
+constexpr char GUARD[] = "\x01[";
+
+/// The arguments for the parser, the last one first.
+std::vector<std::string> guardedArguments(int argc, char **argv)
+{
+    std::vector<std::string> result;
+    for (int i = argc - 1; i > 0; --i)
+        result.emplace_back(argv[i][0] == '[' ? std::string(1, GUARD[0]) + argv[i] : argv[i]);
+    return result;
+}
 
 QString fromArgument(const std::string &text)
 {
-    return QString::fromLocal8Bit(text.c_str());
+    return QString::fromLocal8Bit(text.c_str()).replace(QLatin1String(GUARD), QStringLiteral("["));
 }
 
 QStringList fromArguments(const std::vector<std::string> &texts)
@@ -177,6 +196,46 @@ void addChart(CLI::App &app, Arguments &arguments)
         ->take_all();
 }
 
+#ifdef TREL_WITH_COLOR_LIBRARY
+void addLibrary(CLI::App &app, Arguments &arguments)
+{
+    CLI::App *library = app.add_subcommand("library", "Look after lists of named colours");
+    library->require_subcommand(1);
+    addFormat(library, arguments, {"table", "json"});
+
+    library->add_subcommand("list", "List the presets and the user's lists");
+
+    CLI::App *show = library->add_subcommand("show", "Show the colours of a list");
+    show->add_option("LIST", arguments.list, "Name of the list")->required();
+
+    CLI::App *find = library->add_subcommand("find", "Find colours");
+    find->add_option("TEXT", arguments.text, "Part of the name, uid, vendor's identifier or hexadecimal form")
+        ->required();
+
+    CLI::App *add = library->add_subcommand("add", "Add a colour to a list of the user's");
+    add->add_option("LIST", arguments.list, "Name of the list, which is made if there is none")->required();
+    add->add_option("NAME", arguments.name, "Name of the colour")->required();
+    add->add_option("COLOUR", arguments.color, "Hexadecimal colour, colour name or value string")->required();
+
+    CLI::App *rename = library->add_subcommand("rename", "Rename a colour of the user's");
+    rename->add_option("ENTRY", arguments.color, "LIST/NAME or uid")->required();
+    rename->add_option("NEWNAME", arguments.name, "Its new name")->required();
+
+    CLI::App *remove = library->add_subcommand("remove", "Remove a colour of the user's");
+    remove->add_option("ENTRY", arguments.color, "LIST/NAME or uid")->required();
+
+    CLI::App *exporter = library->add_subcommand("export", "Write lists into a file");
+    exporter->add_option("FILE", arguments.file, "Where to, a .trelcolors file")->required();
+    exporter->add_option("LIST", arguments.lists, "Names of lists; all of the user's without any")->expected(0, -1);
+
+    CLI::App *importer = library->add_subcommand("import", "Add the lists of a file to the user's");
+    importer->add_option("FILE", arguments.file, "A .trelcolors file")->required();
+
+    CLI::App *check = library->add_subcommand("check", "Report every fault of colour files");
+    check->add_option("FILE", arguments.files, "Colour files")->required()->expected(1, -1);
+}
+#endif
+
 /// Text and pictures need a GUI application, but no screen.
 std::unique_ptr<QCoreApplication> createApplication(bool withPictures, int &argc, char **argv)
 {
@@ -185,6 +244,34 @@ std::unique_ptr<QCoreApplication> createApplication(bool withPictures, int &argc
     qputenv("QT_QPA_PLATFORM", "offscreen");
     return std::make_unique<QGuiApplication>(argc, argv);
 }
+
+#ifdef TREL_WITH_COLOR_LIBRARY
+int runLibrary(const CLI::App &library, const Arguments &arguments)
+{
+    const QString format = fromArgument(arguments.format);
+    const QString list = fromArgument(arguments.list);
+    const QString name = fromArgument(arguments.name);
+    const QString color = fromArgument(arguments.color);
+    const QString file = fromArgument(arguments.file);
+    if (library.got_subcommand("list"))
+        return Commands::Library::list(format);
+    if (library.got_subcommand("show"))
+        return Commands::Library::show(list, format);
+    if (library.got_subcommand("find"))
+        return Commands::Library::find(fromArgument(arguments.text), format);
+    if (library.got_subcommand("add"))
+        return Commands::Library::add(list, name, color, format);
+    if (library.got_subcommand("rename"))
+        return Commands::Library::rename(color, name, format);
+    if (library.got_subcommand("remove"))
+        return Commands::Library::remove(color, format);
+    if (library.got_subcommand("export"))
+        return Commands::Library::exportLists(file, fromArguments(arguments.lists), format);
+    if (library.got_subcommand("import"))
+        return Commands::Library::importFile(file, format);
+    return Commands::Library::check(fromArguments(arguments.files), format);
+}
+#endif
 
 int run(const CLI::App &app, const Arguments &arguments)
 {
@@ -201,6 +288,10 @@ int run(const CLI::App &app, const Arguments &arguments)
         return Commands::cct(cctArguments(arguments));
     if (app.got_subcommand("chart"))
         return Commands::chart(chartArguments(arguments));
+#ifdef TREL_WITH_COLOR_LIBRARY
+    if (app.got_subcommand("library"))
+        return runLibrary(*app.get_subcommand("library"), arguments);
+#endif
     if (app.got_subcommand("profiles"))
         return Commands::profiles(format);
     if (app.got_subcommand("modes"))
@@ -211,7 +302,7 @@ int run(const CLI::App &app, const Arguments &arguments)
 /// The first line of what the parser says.
 QString firstLine(const CLI::ParseError &error)
 {
-    return QString::fromLocal8Bit(error.what()).section('\n', 0, 0);
+    return fromArgument(error.what()).section('\n', 0, 0);
 }
 
 } // namespace
@@ -232,16 +323,21 @@ int main(int argc, char **argv)
     addConvert(app, arguments);
     addCct(app, arguments);
     addChart(app, arguments);
+#ifdef TREL_WITH_COLOR_LIBRARY
+    addLibrary(app, arguments);
+#endif
     addOthers(app, arguments);
     try {
-        app.parse(argc, argv);
+        app.parse(guardedArguments(argc, argv));
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == int(CLI::ExitCodes::Success))
             return app.exit(error);
         Console::complain(firstLine(error));
         return Console::BadArguments;
     }
-    const auto application = createApplication(app.got_subcommand("chart"), argc, argv);
+    const CLI::App *command = app.get_subcommands().front();
+    const bool withPictures = command->get_name() == "chart" || command->get_name() == "library";
+    const auto application = createApplication(withPictures, argc, argv);
     const int code = run(app, arguments);
     if (!Console::isPrinted()) {
         Console::complain("cannot write to standard output");

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+/// The user's colour file on disk, saved so that no colour is ever lost: a save leaves the old file or the new
+/// one, whole, and what another process or a failed load would lose is copied aside first.
+class UserColorFile
+{
+public:
+    explicit UserColorFile(const QString &path);
+
+    /// Takes note of what a load found: the bytes that were read, or that the file exists but could not be read
+    /// whole, so that the next save copies it to "….bak".
+    void noteLoad(const QByteArray &bytes, bool isWhole);
+
+    /// Replaces the file by \a bytes. \return whether it did; otherwise the old file is still there.
+    bool save(const QByteArray &bytes);
+
+private:
+    bool replace(const QByteArray &bytes) const;
+    bool copyAside(const QString &path) const;
+    bool keepConflict() const;
+
+    QString m_path;
+    std::optional<QByteArray> m_known; ///< the bytes that this process last read or wrote
+    bool m_mustBackUp = false;
+};
