@@ -197,6 +197,7 @@ void TrelColorLibraryItem::removeChildren(int position, int count)
     const QList<TrelColorLibraryItem *> removed = childItems.mid(position, count);
     for (TrelColorLibraryItem *child : removed) {
         removeFromIndexes(child);
+        child->m_parent = nullptr; // it may outlive this item until the event loop deletes it
         child->deleteLater();
     }
     childItems.erase(childItems.begin() + position, childItems.begin() + position + count);
