@@ -122,6 +122,22 @@ QString withOrderedAttributesEverywhere(const QString &xml)
     return result + xml.mid(place);
 }
 
+/// \a document, or a copy of it whose XML declaration names UTF-8: one that came from a file in another encoding
+/// would lie, and stop Qt 6 from writing it.
+QDomDocument declaredAsUtf8(const QDomDocument &document)
+{
+    static const QRegularExpression encoding(QStringLiteral("(encoding\\s*=\\s*)(['\"])([^'\"]*)\\2"));
+    const QDomProcessingInstruction declaration = document.firstChild().toProcessingInstruction();
+    const QRegularExpressionMatch declared = encoding.match(declaration.data());
+    const bool isUtf8 = declared.captured(3).compare(QLatin1String("utf-8"), Qt::CaseInsensitive) == 0;
+    if (declaration.target() != QLatin1String("xml") || !declared.hasMatch() || isUtf8)
+        return document;
+    const QDomDocument copy = document.cloneNode(true).toDocument();
+    copy.firstChild().toProcessingInstruction().setData(
+        declaration.data().replace(encoding, QStringLiteral("\\1\\2UTF-8\\2")));
+    return copy;
+}
+
 /// Why \a bytes must not reach the DOM, whose parser would expand entities and overflow its stack.
 QString hazardIn(const QByteArray &bytes)
 {
@@ -170,13 +186,7 @@ QString ColorDocument::writable(const QString &text)
 
 QByteArray ColorDocument::toBytes(const QDomDocument &document)
 {
-    QString xml = withOrderedAttributesEverywhere(document.toString(1));
-    // A declaration that came from a file in another encoding would lie now.
-    static const QRegularExpression declared(QStringLiteral("^<\\?xml[^>]*encoding=(['\"])([^'\"]*)\\1"));
-    const QRegularExpressionMatch match = declared.match(xml);
-    if (match.hasMatch())
-        xml.replace(match.capturedStart(2), match.capturedLength(2), QStringLiteral("UTF-8"));
-    return xml.toUtf8();
+    return withOrderedAttributesEverywhere(writable(declaredAsUtf8(document).toString(1))).toUtf8();
 }
 
 QString ColorDocument::parse(const QByteArray &bytes, QDomDocument &document)
