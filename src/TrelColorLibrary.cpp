@@ -742,7 +742,8 @@ QDomDocument TrelColorLibrary::createColorDoc(const QModelIndexList &indexes, co
 void TrelColorLibrary::setEditingMultipleColors(bool on)
 {
     editingMultipleColors = on;
-    if (!saveUserColorsPending)
+    // A batch that is open while the user's file is loaded keeps its save for the end of the load.
+    if (!saveUserColorsPending || (on && !userColorsLoaded))
         return;
     saveUserColors();
     saveUserColorsPending = false;
@@ -795,7 +796,10 @@ void TrelColorLibrary::handleInsertColor(QString uid, QString name, QString valu
 {
     // ODD-68: files do not say where their colours came from.
     const TrelColor color(valueString);
-    m_metUnreadableValue = m_metUnreadableValue || (!color.isValid() && !valueString.isEmpty());
+    const bool isUnreadable = !color.isValid() && !valueString.isEmpty();
+    // The second colour of a uid gives its name to the first.
+    const bool isDuplicate = !uid.isEmpty() && containsUid(uid);
+    m_metLoss = m_metLoss || isUnreadable || isDuplicate;
     createColorWithName(color, name, uid, listId, vendorID);
 }
 
@@ -859,7 +863,7 @@ bool TrelColorLibrary::loadLists(const QDomDocument &document, double version)
     bool isWhole = true;
     connect(&helper, &KestraProjectHelper::insertList, this, &TrelColorLibrary::createColorList);
     connect(&helper, &KestraProjectHelper::insertColor, this, &TrelColorLibrary::handleInsertColor);
-    m_metUnreadableValue = false;
+    m_metLoss = false;
 
     const QDomNodeList lists = document.elementsByTagName(QLatin1String(COLOR_LIBRARY_ROOT));
     for (int i = 0; i < lists.count(); ++i) {
@@ -870,7 +874,7 @@ bool TrelColorLibrary::loadLists(const QDomDocument &document, double version)
         helper.loadDocument(alone, error, version, oldUids);
         isWhole = isWhole && wouldBeSaved(list);
     }
-    return isWhole && !m_metUnreadableValue;
+    return isWhole && !m_metLoss;
 }
 
 /// The user lists as the bytes of the user's file.

@@ -274,7 +274,7 @@ private:
     bool userColorsLoaded = false;
     bool editingMultipleColors = false;
     bool saveUserColorsPending = false;
-    bool m_metUnreadableValue = false; ///< since the flag was cleared, a colour came in whose value is none
-    int m_openEdits = 0;               ///< operations under way that set several values and save once
+    bool m_metLoss = false; ///< since the flag was cleared, a colour came in that a save would not write as it was
+    int m_openEdits = 0;    ///< operations under way that set several values and save once
     std::unique_ptr<UserColorFile> m_userFile;
 };

@@ -756,12 +756,12 @@ void tst_TrelColorLibraryColors::createColorInAMissingListEvents()
 
 void tst_TrelColorLibraryColors::createColorSavesBeforeItAnnounces()
 {
+    const Writes writes;
+    QVector<int> writesSince; // outlives the library, which announces its end
     const Library library;
     library->loadUserColors(QString());
-    const Writes writes;
     library->createColorList("Mine", true);
     Writes::take();
-    QVector<int> writesSince;
     const auto note = [&writesSince] { writesSince << Writes::take(); };
     connect(library.get(), &QAbstractItemModel::rowsInserted, this, note);
     connect(library.get(), &QAbstractItemModel::dataChanged, this, note);

@@ -45,6 +45,8 @@ private Q_SLOTS:
     void sizeLimit();
     void lossIsCopiedAside_data();
     void lossIsCopiedAside();
+    void nameLostToAUidIsCopiedAside_data();
+    void nameLostToAUidIsCopiedAside();
     void earlierCopiesStay();
     void copyGoesAroundAFolder();
     void oneCopyForARun();
@@ -470,8 +472,9 @@ void sessionOfManyEdits()
     if (std::getchar() == EOF)
         return;
     const int count = qEnvironmentVariableIntValue("TREL_TEST_EDITS");
+    const int known = int(library().getColors(argument()).size());
     for (int i = 0; i < count; ++i) {
-        addColor(argument() + QString::number(i), argument());
+        addColor(argument() + QString::number(known + i), argument());
         std::printf("%d\n", i);
         std::fflush(stdout);
     }
@@ -813,6 +816,27 @@ void tst_UserColorFile::lossIsCopiedAside()
     QVERIFY(isTidy());
     QVERIFY(!isCopied || bytesOf(userFile() + ".bak") == document(lists));
     QCOMPARE(savedContents(), expected + QStringList("New: n"));
+}
+
+void tst_UserColorFile::nameLostToAUidIsCopiedAside_data()
+{
+    QTest::addColumn<QByteArray>("lists");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("in one list") << list("B", color("b") + color("x") + color("b")) << QStringList{"B: b 2, x, Color"};
+    QTest::newRow("in two lists") << list("A", color("a")) + list("B", color("a")) << QStringList{"A: a", "B: Color"};
+}
+
+void tst_UserColorFile::nameLostToAUidIsCopiedAside()
+{
+    QFETCH(QByteArray, lists);
+    QFETCH(QStringList, expected);
+
+    freshLibrary();
+    writeFile(userFile(), document(lists));
+    library().loadUserColors(QString());
+    QCOMPARE(contents(), expected);
+    QCOMPARE(bytesOf(userFile() + ".bak"), document(lists));
 }
 
 void tst_UserColorFile::earlierCopiesStay()
