@@ -196,7 +196,6 @@ void addChart(CLI::App &app, Arguments &arguments)
         ->take_all();
 }
 
-#ifdef TREL_WITH_COLOR_LIBRARY
 void addLibrary(CLI::App &app, Arguments &arguments)
 {
     CLI::App *library = app.add_subcommand("library", "Look after lists of named colours");
@@ -234,7 +233,6 @@ void addLibrary(CLI::App &app, Arguments &arguments)
     CLI::App *check = library->add_subcommand("check", "Report every fault of colour files");
     check->add_option("FILE", arguments.files, "Colour files")->required()->expected(1, -1);
 }
-#endif
 
 /// Text and pictures need a GUI application, but no screen.
 std::unique_ptr<QCoreApplication> createApplication(bool withPictures, int &argc, char **argv)
@@ -245,7 +243,6 @@ std::unique_ptr<QCoreApplication> createApplication(bool withPictures, int &argc
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
-#ifdef TREL_WITH_COLOR_LIBRARY
 int runLibrary(const CLI::App &library, const Arguments &arguments)
 {
     const QString format = fromArgument(arguments.format);
@@ -271,7 +268,6 @@ int runLibrary(const CLI::App &library, const Arguments &arguments)
         return Commands::Library::importFile(file, format);
     return Commands::Library::check(fromArguments(arguments.files), format);
 }
-#endif
 
 int run(const CLI::App &app, const Arguments &arguments)
 {
@@ -288,10 +284,8 @@ int run(const CLI::App &app, const Arguments &arguments)
         return Commands::cct(cctArguments(arguments));
     if (app.got_subcommand("chart"))
         return Commands::chart(chartArguments(arguments));
-#ifdef TREL_WITH_COLOR_LIBRARY
     if (app.got_subcommand("library"))
         return runLibrary(*app.get_subcommand("library"), arguments);
-#endif
     if (app.got_subcommand("profiles"))
         return Commands::profiles(format);
     if (app.got_subcommand("modes"))
@@ -323,9 +317,7 @@ int main(int argc, char **argv)
     addConvert(app, arguments);
     addCct(app, arguments);
     addChart(app, arguments);
-#ifdef TREL_WITH_COLOR_LIBRARY
     addLibrary(app, arguments);
-#endif
     addOthers(app, arguments);
     try {
         app.parse(guardedArguments(argc, argv));
