@@ -74,7 +74,7 @@ std::optional<QByteArray> contentOf(const QString &path, QString &error)
 {
     QFile file(path);
     if (!isOther(path) && file.open(QIODevice::ReadOnly))
-        return file.read(ColorFile::MAX_BYTES + 1);
+        return file.read(qMin(file.size(), ColorFile::MAX_BYTES) + 1);
     error = QStringLiteral("cannot open '%1': %2").arg(path, isOther(path) ? "It is no file" : file.errorString());
     return std::nullopt;
 }

@@ -212,6 +212,6 @@ QString ColorDocument::read(const QString &path, QDomDocument &document, QByteAr
         return QStringLiteral("it is no file");
     if (!file.open(QIODevice::ReadOnly))
         return file.errorString();
-    bytes = file.read(MAX_BYTES + 1);
+    bytes = file.read(qMin(file.size(), MAX_BYTES) + 1); // a buffer for as many is made
     return parse(bytes, document);
 }
