@@ -251,8 +251,9 @@ public:
     /// \return a new array of \a channelCount levels, for the caller to free with delete[]. What a solve or a
     ///         pass-through does not fill is 0, what does not fit is dropped. An unknown I/O mode gives zeros.
     ///
-    /// Fatal: "false", a calibrated RGB or HSV colour in a pass-through; "realVector.size() == channelCount +
-    /// 1", an N-channel colour whose level count is not the fixture's; and convertYxyToNChannel()'s.
+    /// Fatal: "false", an RGB, HSV or invalid colour of another profile than generic RGB in a pass-through;
+    /// "realVector.size() == channelCount + 1", an N-channel colour whose level count is not the fixture's; and
+    /// convertYxyToNChannel()'s.
     static double *convertTrelColorToNChannelF(bool &solvedFromColor, TrelColor &color, bool rgbPassThrough,
                                                int channelCount, HuelockProfileID profile, IOModeID ioMode,
                                                bool clampToGamut, int onboardCurve);
