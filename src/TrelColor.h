@@ -438,7 +438,7 @@ private:
     friend TREL_EXPORT QDataStream &operator>>(QDataStream &stream, TrelColor &color);
 
     /// Places of the components in the shared storage, counted in words (Rgb, Hsv, Nchannel) …
-    enum Word : int { FirstWord = 0, SecondWord = 1, ThirdWord = 2 };
+    enum Word : unsigned int { FirstWord = 0, SecondWord = 1, ThirdWord = 2 };
     /// … or in doubles (Yxy).
     enum Real : int { YReal = 0, xReal = 1, yReal = 2 };
 
