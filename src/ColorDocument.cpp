@@ -1,5 +1,6 @@
 #include "ColorDocument_p.h"
 
+#include <QBuffer>
 #include <QDomDocument>
 #include <QFile>
 #include <QFileInfo>
@@ -122,26 +123,45 @@ QString withOrderedAttributesEverywhere(const QString &xml)
     return result + xml.mid(place);
 }
 
+/// The encoding in an XML declaration.
+const QRegularExpression &encoding()
+{
+    static const QRegularExpression expression(QStringLiteral("(encoding\\s*=\\s*)(['\"])([^'\"]*)\\2"));
+    return expression;
+}
+
+/// The XML declaration of \a document; null for none.
+QDomProcessingInstruction declarationOf(const QDomDocument &document)
+{
+    const QDomProcessingInstruction first = document.firstChild().toProcessingInstruction();
+    return first.target() == QLatin1String("xml") ? first : QDomProcessingInstruction();
+}
+
 /// \a document, or a copy of it whose XML declaration names UTF-8: one that came from a file in another encoding
 /// would lie, and stop Qt 6 from writing it.
 QDomDocument declaredAsUtf8(const QDomDocument &document)
 {
-    static const QRegularExpression encoding(QStringLiteral("(encoding\\s*=\\s*)(['\"])([^'\"]*)\\2"));
-    const QDomProcessingInstruction declaration = document.firstChild().toProcessingInstruction();
-    const QRegularExpressionMatch declared = encoding.match(declaration.data());
-    const bool isUtf8 = declared.captured(3).compare(QLatin1String("utf-8"), Qt::CaseInsensitive) == 0;
-    if (declaration.target() != QLatin1String("xml") || !declared.hasMatch() || isUtf8)
+    if (ColorDocument::isDeclaredAsUtf8(document))
         return document;
     const QDomDocument copy = document.cloneNode(true).toDocument();
-    copy.firstChild().toProcessingInstruction().setData(
-        declaration.data().replace(encoding, QStringLiteral("\\1\\2UTF-8\\2")));
+    QDomProcessingInstruction declaration = declarationOf(copy);
+    declaration.setData(declaration.data().replace(encoding(), QStringLiteral("\\1\\2UTF-8\\2")));
     return copy;
+}
+
+QString tooLong()
+{
+    return QStringLiteral("it is longer than %1 bytes").arg(ColorDocument::MAX_BYTES);
 }
 
 /// Why \a bytes must not reach the DOM, whose parser would expand entities and overflow its stack.
 QString hazardIn(const QByteArray &bytes)
 {
-    QXmlStreamReader reader(bytes);
+    // By way of a device, so that it decodes no more than it needs.
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QXmlStreamReader reader(&buffer);
     int depth = 0;
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
@@ -189,10 +209,16 @@ QByteArray ColorDocument::toBytes(const QDomDocument &document)
     return withOrderedAttributesEverywhere(writable(declaredAsUtf8(document).toString(1))).toUtf8();
 }
 
+bool ColorDocument::isDeclaredAsUtf8(const QDomDocument &document)
+{
+    const QRegularExpressionMatch declared = encoding().match(declarationOf(document).data());
+    return !declared.hasMatch() || declared.captured(3).compare(QLatin1String("utf-8"), Qt::CaseInsensitive) == 0;
+}
+
 QString ColorDocument::parse(const QByteArray &bytes, QDomDocument &document)
 {
     if (bytes.size() > MAX_BYTES)
-        return QStringLiteral("it is longer than %1 bytes").arg(MAX_BYTES);
+        return tooLong();
     const QString hazard = hazardIn(bytes);
     if (!hazard.isEmpty())
         return hazard;
@@ -212,6 +238,8 @@ QString ColorDocument::read(const QString &path, QDomDocument &document, QByteAr
         return QStringLiteral("it is no file");
     if (!file.open(QIODevice::ReadOnly))
         return file.errorString();
-    bytes = file.read(qMin(file.size(), MAX_BYTES) + 1); // a buffer for as many is made
+    if (file.size() > MAX_BYTES)
+        return tooLong();
+    bytes = file.readAll();
     return parse(bytes, document);
 }

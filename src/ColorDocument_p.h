@@ -20,13 +20,17 @@ QString writable(const QString &text);
 /// process's hash seed.
 QByteArray toBytes(const QDomDocument &document);
 
+/// Whether \a document came without an XML declaration, or with one that names no other encoding than UTF-8. A text
+/// that names another may not be written in it, and its names come in spoilt then.
+bool isDeclaredAsUtf8(const QDomDocument &document);
+
 /// Parses \a bytes with namespace processing.
 /// \return an empty text, or why they were refused: too long, entity declarations, nested too deep, or not
 ///         well-formed; \a document is then untouched.
 QString parse(const QByteArray &bytes, QDomDocument &document);
 
 /// Reads and parses the file at \a path, unless it is no regular file. \a bytes receives what was read.
-/// \return as parse().
+/// One that is too long is refused unread. \return as parse().
 QString read(const QString &path, QDomDocument &document, QByteArray &bytes);
 
 } // namespace ColorDocument

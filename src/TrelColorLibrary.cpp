@@ -161,16 +161,13 @@ TrelColorLibrary::TrelColorLibrary()
 TrelColorLibrary::~TrelColorLibrary()
 {
     destroying = true;
-    QList<TrelColorLibraryItem *> lists;
-    for (int row = 0; row < rootItem->childCount(); ++row)
-        lists.append(rootItem->child(row));
     removeRows(0, rowCount(rootIndex()), rootIndex());
     Q_EMIT dataChanged(rootIndex(), rootIndex());
     beginResetModel();
-    qDeleteAll(lists); // there may be no event loop any more that would delete them later
     delete rootItem;
     rootItem = nullptr;
     endResetModel();
+    m_instance = nullptr; // whoever destroys it
 }
 
 QModelIndex TrelColorLibrary::index(int row, int column, const QModelIndex &parent) const
@@ -292,6 +289,8 @@ bool TrelColorLibrary::removeRows(int row, int count, const QModelIndex &parent)
     Q_ASSERT_X(row >= 0 && count <= item->childCount() - row, "TrelColorLibrary::removeRows", "index out of range");
     const bool isUsers = isUserListIndex(parent) || isUserListIndex(index(row, 0, parent));
     beginRemoveRows(parent, row, row + count - 1);
+    for (int i = row; i < row + count; ++i)
+        static_cast<QObject *>(item->child(i))->setParent(this); // takes along what no event loop comes to delete
     item->removeChildren(row, count);
     endRemoveRows();
     Q_EMIT dataChanged(parent, parent);
@@ -625,11 +624,11 @@ void TrelColorLibrary::loadUserColors(const QString &path)
     QDomDocument document;
     QByteArray bytes;
     const bool isRead = ColorDocument::read(file, document, bytes).isEmpty();
-    const bool isWhole = isRead && loadLists(document, 0.0);
+    const bool isWhole = isRead && loadLists(document, 0.0) && ColorDocument::isDeclaredAsUtf8(document);
     if (path.isEmpty()) {
         if (!m_userFile)
             m_userFile = std::make_unique<UserColorFile>(file);
-        m_userFile->noteLoad(bytes, isWhole || !QFileInfo::exists(file));
+        m_userFile->noteLoad(bytes, isWhole || m_userFile->isMissing());
         userColorsLoaded = true;
     }
     setEditingMultipleColors(false);

@@ -12,11 +12,15 @@ class UserColorFile
 public:
     explicit UserColorFile(const QString &path);
 
+    /// Whether there is certainly no file, and nothing else, under the path.
+    bool isMissing() const;
+
     /// Takes note of what a load found: the bytes that were read, or that the file exists but could not be read
     /// whole, so that the next save copies it to "….bak".
     void noteLoad(const QByteArray &bytes, bool isWhole);
 
-    /// Replaces the file by \a bytes. \return whether it did; otherwise the old file is still there.
+    /// Replaces the file by \a bytes. \return whether it did, and they are on the disk; otherwise the old file is
+    /// still there.
     bool save(const QByteArray &bytes);
 
 private:
