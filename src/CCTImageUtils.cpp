@@ -5,6 +5,21 @@
 
 #include <cmath>
 
+namespace {
+
+/// In double, since the size of a rectangle across the whole range of an int is none.
+double widthOf(QRect rect)
+{
+    return double(rect.right()) - rect.left() + 1;
+}
+
+double heightOf(QRect rect)
+{
+    return double(rect.bottom()) - rect.top() + 1;
+}
+
+} // namespace
+
 QPoint CCTImageUtils::roundPoint(QPointF point)
 {
     return QPoint(saturatedInt(std::floor(point.x() + 0.5)), saturatedInt(std::floor(point.y() + 0.5)));
@@ -24,15 +39,15 @@ void CCTImageUtils::getxyFromPoint(double &x, double &y, QRectF range, QPoint po
 {
     const double width = getxyRectWidth(range);
     const double height = getxyRectHeight(range);
-    x = range.x() + point.x() / double(widget.width()) * width;
+    x = range.x() + point.x() / widthOf(widget) * width;
     // ODD-53: range.height() and height cancel out only where the former is negative.
-    y = range.y() + range.height() + height - point.y() / double(widget.height()) * height;
+    y = range.y() + range.height() + height - point.y() / heightOf(widget) * height;
 }
 
 QPoint CCTImageUtils::getPointFromxy(double x, double y, QRectF range, QRect widget)
 {
-    return roundPoint(QPointF(widget.width() * (x - range.x()) / getxyRectWidth(range),
-                              widget.height() * (range.y() - y) / getxyRectHeight(range)));
+    return roundPoint(QPointF(widthOf(widget) * (x - range.x()) / getxyRectWidth(range),
+                              heightOf(widget) * (range.y() - y) / getxyRectHeight(range)));
 }
 
 QPoint CCTImageUtils::getPointFromCCTAndUnboundedTint(int cct, int tint, QRectF range, QRect widget)

@@ -3,6 +3,7 @@
 #include "KestraProjectHelper.h"
 #include "TrelColorLibrary.h"
 
+#include <QCoreApplication>
 #include <QDataStream>
 #include <QDomDocument>
 #include <QSet>
@@ -62,7 +63,9 @@ QVariant TrelColorLibraryItem::data(int role, int column) const
             return m_displayName;
         return column == VENDOR_COLUMN ? QVariant(m_vendorID) : QVariant();
     case Qt::DecorationRole:
-        return column == NAME_COLUMN ? QVariant(m_icon) : QVariant();
+        if (column != NAME_COLUMN || !QCoreApplication::instance()) // without one, a pixmap stops the program
+            return QVariant();
+        return getIcon();
     case Qt::EditRole:
         return m_displayName;
     case ColorRole:
@@ -316,7 +319,7 @@ void TrelColorLibraryItem::setVendorID(const QString &id)
 
 QPixmap TrelColorLibraryItem::getIcon() const
 {
-    return m_icon;
+    return m_icon ? *m_icon : QPixmap();
 }
 
 void TrelColorLibraryItem::setIcon(const QPixmap &icon)
@@ -388,10 +391,10 @@ bool TrelColorLibraryItem::loadDocument(QDomDocument &doc, QString &error, doubl
         return true;
     clearChildren();
     const bool wasBlocked = blockSignals(true);
-    auto *helper = new KestraProjectHelper;
-    connect(helper, &KestraProjectHelper::insertColor, this, &TrelColorLibraryItem::handleInsertColor);
+    KestraProjectHelper helper;
+    connect(&helper, &KestraProjectHelper::insertColor, this, &TrelColorLibraryItem::handleInsertColor);
     QStringList oldPresets;
-    if (helper->loadDocument(doc, error, version, oldPresets)) {
+    if (helper.loadDocument(doc, error, version, oldPresets)) {
         for (const QString &oldPreset : qAsConst(oldPresets)) {
             auto *child = new TrelColorLibraryItem(this, false);
             child->m_oldPreset = oldPreset;
@@ -401,7 +404,6 @@ bool TrelColorLibraryItem::loadDocument(QDomDocument &doc, QString &error, doubl
         }
     }
     blockSignals(wasBlocked);
-    helper->deleteLater();
     return true;
 }
 
@@ -426,9 +428,8 @@ QDomElement TrelColorLibraryItem::createElement(QDomDocument &doc, bool &ok, QSt
         originatingPresets.append(child->m_originatingPreset);
         vendorIDs.append(child->m_vendorID);
     }
-    auto *helper = new KestraProjectHelper;
-    QDomElement element = helper->createElement(doc, ok, uids, names, values, originatingPresets, vendorIDs);
-    helper->deleteLater();
+    QDomElement element =
+        KestraProjectHelper().createElement(doc, ok, uids, names, values, originatingPresets, vendorIDs);
     element.setAttribute(QLatin1String(COLOR_NAME_ATTRIBUTE), KestraProjectHelper::writableText(m_displayName));
     element.setAttribute(QLatin1String(COLOR_LIBRARY_IS_USER_LIBRARY_ATTRIBUTE), isUserLibrary ? 1 : 0);
     return element;

@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <optional>
 #include <set>
 
 class QDataStream;
@@ -203,7 +204,7 @@ private:
     TrelColor m_color;
     QString m_uid;
     QString m_explicitColorString;
-    QPixmap m_icon;
+    std::optional<QPixmap> m_icon; ///< none can be made before there is an application object
     QString m_vendorID;
     ItemType m_type = LIST_ITEM;
     int m_listState = 1;
