@@ -500,10 +500,9 @@ void ColorUtils::convertYxyToNChannel(const double *Yxy, double *out, ChannelCon
     if (clampToGamut)
         data->closestPtOnGamut(Yxy[1], Yxy[2], x, y);
 
-    const QVector<double> Am = brightestMixture({data->getX(), data->getY(), data->getZ()}, numChannels, x, y);
-    Q_ASSERT(Am.count() == numChannels);
+    brightestMixture({data->getX(), data->getY(), data->getZ()}, numChannels, x, y, out);
     for (int c = 0; c < numChannels; ++c)
-        out[c] = Am.at(c) * Yxy[0];
+        out[c] *= Yxy[0];
 }
 
 void ColorUtils::gaussianEliminationTwoByThree(const double m[2][3], double &a, double &b)

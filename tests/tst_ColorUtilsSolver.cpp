@@ -1,5 +1,6 @@
 #include "ColorUtils.h"
 #include "PlainSolver.h"
+#include "ScalarSolver.h"
 #include "TestSupport.h"
 #include "Tristimulus.h"
 #include "TristimulusFactory.h"
@@ -327,6 +328,8 @@ private Q_SLOTS:
     void agreesWithLinearProgramming();
     void sameBitsAsThePlainSolver_data();
     void sameBitsAsThePlainSolver();
+    void sameBitsForAnyEmitters_data();
+    void sameBitsForAnyEmitters();
 
     void elimination_data();
     void elimination();
@@ -689,6 +692,13 @@ QVector<Chromaticity> awkwardChromaticities(const Emitters &emitters)
     return points;
 }
 
+// The plain solver takes its time where nothing is optimised.
+#ifdef NDEBUG
+constexpr int ROUNDS = 6000;
+#else
+constexpr int ROUNDS = 300;
+#endif
+
 QVector<Yxy> targetsFor(const Emitters &emitters)
 {
     QVector<Yxy> targets;
@@ -699,7 +709,7 @@ QVector<Yxy> targetsFor(const Emitters &emitters)
         targets.append({luminances[++turn % 8], at.x, at.y});
     }
     Random random;
-    for (int n = 0; n < 300; ++n) {
+    for (int n = 0; n < ROUNDS; ++n) {
         const Chromaticity inside = mixed(emitters, {random.unit(), random.unit(), random.unit()});
         targets.append({random.unit(), inside.x, inside.y});
         targets.append({random.unit(), random.unit(), random.unit()});
@@ -742,6 +752,47 @@ void tst_ColorUtilsSolver::sameBitsAsThePlainSolver()
                 text(target) + (clampToGamut ? " clamped -> " : " -> ") + text(actual) + ", plainly " + text(expected);
             QVERIFY2(sameBits(actual, expected), what.constData());
         }
+    }
+}
+
+void tst_ColorUtilsSolver::sameBitsForAnyEmitters_data()
+{
+    QTest::addColumn<int>("configuration");
+    QTest::newRow("3 emitters") << int(ColorUtils::CONFIG_RGB);
+    QTest::newRow("4 emitters") << int(ColorUtils::CONFIG_RGBW);
+    QTest::newRow("5 emitters") << int(ColorUtils::CONFIG_RGBAW);
+}
+
+void tst_ColorUtilsSolver::sameBitsForAnyEmitters()
+{
+    QFETCH(int, configuration);
+    constexpr int PROFILE = ColorUtils::STRAND_BEAM_KVX;
+    const int count = ColorUtils::configChannelCount(ColorUtils::ChannelConfiguration(configuration));
+    // Small numbers make mixtures that are equally bright, of which one must win wherever it is found.
+    const double special[] = {0.0, -0.0, 1.0, 2.0, 2.0, 3.0, 3.0, 5.0, -1.0, 1e300, 5e-324, INF, -INF, NOT_A_NUMBER};
+    Random random;
+    const auto number = [&](int from) {
+        const int choice = int(random.between(0, from));
+        return choice < int(std::size(special)) ? special[choice] : random.between(0, 100);
+    };
+    for (int n = 0; n < 40 * ROUNDS; ++n) {
+        const int kinds = n % 3 == 0 ? 8 : n % 3 == 1 ? 60 : 400;
+        Emitters emitters;
+        for (int c = 0; c < count; ++c)
+            emitters.append({number(kinds), number(kinds), number(kinds)});
+        const BorrowedProfile borrowed(PROFILE, configuration, emitters);
+        const Yxy target{1, n % 5 == 0 ? number(30) : random.unit(), n % 5 == 0 ? number(30) : random.unit()};
+        const double Yxy[3] = {target.Y, target.x, target.y};
+        Levels expected(count);
+        PlainSolver::convertYxyToNChannel(Yxy, expected.data(), ColorUtils::ChannelConfiguration(configuration),
+                                          ColorUtils::HuelockProfileID(PROFILE), false);
+        const Levels actual = solved(target, configuration, PROFILE, false);
+        Tristimulus *data = dataOf(PROFILE, configuration);
+        const Levels scalar =
+            ScalarSolver::brightestMixture(data->getX(), data->getY(), data->getZ(), count, target.x, target.y);
+        const QByteArray what =
+            text(target) + " -> " + text(actual) + ", by scalars " + text(scalar) + ", plainly " + text(expected);
+        QVERIFY2(sameBits(actual, expected) && sameBits(scalar, expected), what.constData());
     }
 }
 

@@ -1,0 +1,15 @@
+#include "ScalarSolver.h"
+
+// Under another name, since a program may link both.
+#define TREL_SCALAR_SOLVER
+#define brightestMixture scalarBrightestMixture
+#include "NChannelSolver.cpp"
+#undef brightestMixture
+
+QVector<double> ScalarSolver::brightestMixture(const QVector<double> &X, const QVector<double> &Y,
+                                               const QVector<double> &Z, int count, double x, double y)
+{
+    QVector<double> levels(count);
+    scalarBrightestMixture({X, Y, Z}, count, x, y, levels.data());
+    return levels;
+}
