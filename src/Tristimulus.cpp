@@ -80,15 +80,29 @@ void Tristimulus::calculatePolygon()
     // ODD-43: red, green and blue alone span the gamut; an amber, white or mint emitter does not widen it.
     // The alpha of 0 has no effect on the chromaticity.
     m_gamut.clear();
+    m_sides.clear();
+    m_edges.clear();
     for (const auto &primary : PRIMARIES) {
         const TrelColor color = TrelColor::fromRgbF(primary[0], primary[1], primary[2], 0.0, m_profile).toYxy();
         m_gamut.append(QPointF(color.getx(), color.gety()));
     }
+    for (int i = 1; i < int(m_gamut.size()); ++i)
+        addSide(m_gamut.at(i - 1), m_gamut.at(i));
+    if (m_gamut.last() != m_gamut.first())
+        addSide(m_gamut.last(), m_gamut.first());
+    for (int i = 0; i < int(m_gamut.size()); ++i)
+        addEdge(m_gamut.at(i), m_gamut.at(edgeEnd(i)));
 }
 
 bool Tristimulus::inside(double x, double y) const
 {
-    return m_gamut.containsPoint(QPointF(x, y), Qt::OddEvenFill);
+    // As QPolygonF::containsPoint() does it, with the slopes worked out before.
+    bool isInside = false;
+    for (const Side &side : m_sides) {
+        if (y >= side.lowY && y < side.highY && side.lowX + side.slope * (y - side.lowY) <= x)
+            isInside = !isInside;
+    }
+    return isInside;
 }
 
 bool Tristimulus::closestPtOnGamut(double x, double y, double &closestX, double &closestY) const
@@ -100,17 +114,42 @@ bool Tristimulus::closestPtOnGamut(double x, double y, double &closestX, double 
         return true;
     }
 
+    const QPointF point(x, y);
     double best = NONE_YET;
-    for (int i = 0; i < int(m_gamut.size()); ++i) {
-        QPointF nearest;
-        const double distance = ColorUtils::minDistance(m_gamut.at(i), m_gamut.at(edgeEnd(i)), QPointF(x, y), nearest);
-        if (best == NONE_YET || best > distance) {
-            best = distance;
+    for (const Edge &edge : m_edges) {
+        const QPointF nearest = edge.nearestTo(point);
+        const double way = distance(point, nearest);
+        if (best == NONE_YET || best > way) {
+            best = way;
             closestX = nearest.x();
             closestY = nearest.y();
         }
     }
     return false;
+}
+
+/// As ColorUtils::minDistance() does it.
+QPointF Tristimulus::Edge::nearestTo(QPointF point) const
+{
+    const double t = squaredLength == 0 ? 0 : dot(point - start, along) / squaredLength;
+    if (squaredLength == 0 || t < 0)
+        return start;
+    return t > 1 ? end : start + t * along;
+}
+
+/// Adds the side between \a a and \a b, unless it is level, which no level line crosses.
+void Tristimulus::addSide(QPointF a, QPointF b)
+{
+    if (qFuzzyCompare(a.y(), b.y()))
+        return;
+    const QPointF low = b.y() < a.y() ? b : a;
+    const QPointF high = b.y() < a.y() ? a : b;
+    m_sides.append({low.x(), low.y(), high.y(), (high.x() - low.x()) / (high.y() - low.y())});
+}
+
+void Tristimulus::addEdge(QPointF a, QPointF b)
+{
+    m_edges.append({a, b, b - a, length_squared(a, b)});
 }
 
 /// Index of the other end of the edge that begins at corner \a start. Corners are looked up by value, so of two

@@ -54,12 +54,36 @@ public:
     bool closestPtOnGamut(double x, double y, double &closestX, double &closestY) const;
 
 private:
+    /// A side of the gamut as the odd-even rule crosses it, from its lower end up.
+    struct Side
+    {
+        double lowX;
+        double lowY;
+        double highY;
+        double slope; ///< x over y
+    };
+
+    /// A side of the gamut as the way to it is measured.
+    struct Edge
+    {
+        QPointF start;
+        QPointF end;
+        QPointF along; ///< from start to end
+        double squaredLength;
+
+        QPointF nearestTo(QPointF point) const;
+    };
+
+    void addSide(QPointF a, QPointF b);
+    void addEdge(QPointF a, QPointF b);
     int edgeEnd(int start) const;
 
     QVector<double> m_x;
     QVector<double> m_y;
     QVector<double> m_z;
     QPolygonF m_gamut; ///< red, green, blue; the closing edge is implicit
+    QVector<Side> m_sides;
+    QVector<Edge> m_edges;
     ColorUtils::HuelockProfileID m_profile;
     QStringList m_channelNames;
 };

@@ -6,6 +6,8 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
+#include <vector>
 
 namespace {
 
@@ -101,6 +103,8 @@ private Q_SLOTS:
     void inside_data();
     void inside();
     void insideFollowsTheOddEvenRule();
+    void insideAsQPolygonF_data();
+    void insideAsQPolygonF();
     void closestPoint_data();
     void closestPoint();
     void equallyNearEdges_data();
@@ -245,6 +249,42 @@ void tst_Tristimulus::insideFollowsTheOddEvenRule()
     }
     // Both legs are 40 steps long; without the hypotenuse, 40 + 39 + … + 1 points.
     QCOMPARE(found, 820);
+}
+
+void tst_Tristimulus::insideAsQPolygonF_data()
+{
+    constexpr double NEAR = 0x1p-43; // exact beside the other numbers
+    QTest::addColumn<QPolygonF>("corners");
+    QTest::newRow("a fixture's") << QPolygonF({{0.6875, 0.3125}, {0.1875, 0.71875}, {0.15625, 0.046875}});
+    QTest::newRow("level side") << QPolygonF({{0.125, 0.25}, {0.625, 0.25}, {0.375, 0.5}});
+    QTest::newRow("nearly level side") << QPolygonF({{0.125, 0.25}, {0.625, 0.25 + NEAR}, {0.375, 0.5}});
+    QTest::newRow("upright side") << QPolygonF({{0.25, 0.125}, {0.25, 0.625}, {0.125, 0.375}});
+    QTest::newRow("first and last corner alike") << QPolygonF({{0.25, 0.25}, {0.5, 0.375}, {0.25, 0.25}});
+    QTest::newRow("first and last corner nearly alike")
+        << QPolygonF({{0.25, 0.25}, {0.5, 0.375}, {0.25 + NEAR, 0.25 - NEAR}});
+    QTest::newRow("on a line") << QPolygonF({{0.125, 0.125}, {0.25, 0.25}, {0.375, 0.375}});
+    QTest::newRow("a point") << QPolygonF({{0.25, 0.25}, {0.25, 0.25}, {0.25, 0.25}});
+}
+
+void tst_Tristimulus::insideAsQPolygonF()
+{
+    QFETCH(QPolygonF, corners);
+    const Tristimulus *data = withGamut(corners);
+    std::vector<double> numbers{0, 0.5, 1, NOT_A_NUMBER, std::numeric_limits<double>::infinity()};
+    for (const QPointF &corner : qAsConst(corners)) {
+        for (const double number : {corner.x(), corner.y()}) {
+            numbers.push_back(number);
+            numbers.push_back(std::nextafter(number, 1.0));
+            numbers.push_back(std::nextafter(number, 0.0));
+        }
+    }
+    std::mt19937 random(3);
+    for (int i = 0; i < 200; ++i)
+        numbers.push_back(double(random()) / double(std::mt19937::max()));
+    for (const double x : numbers) {
+        for (const double y : numbers)
+            QCOMPARE(data->inside(x, y), corners.containsPoint(QPointF(x, y), Qt::OddEvenFill));
+    }
 }
 
 void tst_Tristimulus::closestPoint_data()
