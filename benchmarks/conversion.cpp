@@ -32,38 +32,6 @@ std::vector<Chromaticity> chromaticities()
     return result;
 }
 
-/// Whether equal-energy white comes out bright on a fixture of \a profile.
-bool whiteIsBright(ColorUtils::HuelockProfileID profile)
-{
-    const double white[] = {1.0, 1.0 / 3, 1.0 / 3};
-    double levels[5] = {};
-    ColorUtils::convertYxyToNChannel(white, levels, ColorUtils::nChannelConfigurationForHuelockProfileID(profile),
-                                     profile, true);
-    return *std::max_element(std::begin(levels), std::end(levels)) == 1.0;
-}
-
-void solve(benchmark::State &state)
-{
-    const auto profile = ColorUtils::HuelockProfileID(state.range(0));
-    const auto configuration = ColorUtils::nChannelConfigurationForHuelockProfileID(profile);
-    if (!whiteIsBright(profile)) {
-        state.SkipWithError("white is dark");
-        return;
-    }
-    const std::vector<Chromaticity> inputs = chromaticities();
-    std::size_t i = 0;
-    double levels[5] = {};
-    for (auto _ : state) {
-        ColorUtils::convertYxyToNChannel(inputs[i++ % COLORS].Yxy, levels, configuration, profile, true);
-        benchmark::DoNotOptimize(levels);
-    }
-    state.SetLabel(ColorUtils::huelockProfileIDName(profile).toStdString());
-}
-BENCHMARK(solve)
-    ->Arg(ColorUtils::PIXELNODE_RGB_CLASS)
-    ->Arg(ColorUtils::WASHLINE_PZ6_RGBW)
-    ->Arg(ColorUtils::STRAND_BEAM_KVX);
-
 void updateBuffer(benchmark::State &state)
 {
     const auto bytesOf = [](const TrelColor &color) {

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
+#include <utility>
 
 #if defined(__GNUC__) && defined(__x86_64__) && !defined(TREL_SCALAR_SOLVER)
 #define TREL_HAS_AVX2_KERNEL
@@ -171,100 +173,124 @@ Candidate brightest(const Problem &problem)
 
 constexpr int LANES = 4;
 
-/// brightest() with four settings at a time.
-/// \pre the luminances are finite: an emitter that is off is left out here, where the other adds 0 · Y.
+/// For each setting, the best pair so far, four settings to a block.
 template <int N>
-__attribute__((target("avx2"))) Candidate brightestByAvx2(const Problem &problem)
+struct Lanes
 {
-    constexpr int BLOCKS = SETTINGS<N> / LANES;
-    const __m256d zero = _mm256_setzero_pd();
-    const __m256d one = _mm256_set1_pd(1);
-    const __m256d sign = _mm256_set1_pd(-0.0);
-    const __m256d lowest = _mm256_set1_pd(LOWEST_LEVEL);
-    const __m256d highest = _mm256_set1_pd(HIGHEST_LEVEL);
-    const __m256d bits[] = {_mm256_castsi256_pd(_mm256_setr_epi64x(0, -1, 0, -1)),
-                            _mm256_castsi256_pd(_mm256_setr_epi64x(0, 0, -1, -1))};
-    const __m256d allBits = _mm256_castsi256_pd(_mm256_set1_epi64x(-1));
-    // All off is no setting.
-    const __m256d tried = _mm256_castsi256_pd(_mm256_setr_epi64x(0, -1, -1, -1));
+    static constexpr int BLOCKS = SETTINGS<N> / LANES;
 
-    __m256d bestLuminance[BLOCKS];
-    __m256d bestFirst[BLOCKS];
-    __m256d bestSecond[BLOCKS];
-    __m256d bestPair[BLOCKS];
-    for (int block = 0; block < BLOCKS; ++block)
-        bestLuminance[block] = bestFirst[block] = bestSecond[block] = bestPair[block] = zero;
+    __m256d luminance[BLOCKS] = {};
+    __m256d first[BLOCKS] = {};
+    __m256d second[BLOCKS] = {};
+    __m256d pair[BLOCKS] = {};
+};
 
-    for (std::size_t p = 0; p < PAIRS<N>.size(); ++p) {
-        const Pair<N> &pair = PAIRS<N>[p];
-        const Elimination elimination(problem, pair.i, pair.j);
-        const __m256d f = _mm256_set1_pd(elimination.f);
-        const __m256d g = _mm256_set1_pd(elimination.g);
-        const __m256d reciprocal0 = _mm256_set1_pd(elimination.reciprocal0);
-        const __m256d reciprocal1 = _mm256_set1_pd(elimination.reciprocal1);
-        for (int block = 0; block < BLOCKS; ++block) {
-            __m256d isOn[N] = {};
-            __m256d a = zero;
-            __m256d b = zero;
-            for (std::size_t t = 0; t < pair.others.size(); ++t) {
-                const int c = pair.others[t];
-                isOn[c] = t < 2 ? bits[t] : block == 1 ? allBits : zero;
-                a = _mm256_add_pd(a, _mm256_and_pd(isOn[c], _mm256_set1_pd(problem.a[c])));
-                b = _mm256_add_pd(b, _mm256_and_pd(isOn[c], _mm256_set1_pd(problem.b[c])));
-            }
-            const __m256d minusA = _mm256_xor_pd(a, sign);
-            const __m256d minusB = _mm256_xor_pd(b, sign);
-            const __m256d m12 = _mm256_sub_pd(minusB, _mm256_mul_pd(f, minusA));
-            const __m256d m02 = _mm256_sub_pd(minusA, _mm256_mul_pd(g, m12));
-            __m256d first = _mm256_mul_pd(m02, reciprocal0);
-            __m256d second = _mm256_mul_pd(m12, reciprocal1);
-            __m256d isValid =
-                _mm256_and_pd(_mm256_cmp_pd(first, lowest, _CMP_GT_OQ), _mm256_cmp_pd(first, highest, _CMP_LT_OQ));
-            isValid = _mm256_and_pd(isValid, _mm256_cmp_pd(second, lowest, _CMP_GT_OQ));
-            isValid = _mm256_and_pd(isValid, _mm256_cmp_pd(second, highest, _CMP_LT_OQ));
-            if (block == 0)
-                isValid = _mm256_and_pd(isValid, tried);
-            if (_mm256_movemask_pd(isValid) == 0)
-                continue;
-
-            // In this order of operands a level of −0 stays what it is, as in snapped().
-            first = _mm256_min_pd(one, _mm256_max_pd(zero, first));
-            second = _mm256_min_pd(one, _mm256_max_pd(zero, second));
-            __m256d luminance = zero;
-            for (int c = 0; c < N; ++c) {
-                const __m256d Y = _mm256_set1_pd(problem.Y[c]);
-                const __m256d light = c == pair.i   ? _mm256_mul_pd(first, Y)
-                                      : c == pair.j ? _mm256_mul_pd(second, Y)
-                                                    : _mm256_and_pd(isOn[c], Y);
-                luminance = _mm256_add_pd(luminance, light);
-            }
-            const __m256d isBetter = _mm256_and_pd(isValid, _mm256_cmp_pd(luminance, bestLuminance[block], _CMP_GT_OQ));
-            bestLuminance[block] = _mm256_blendv_pd(bestLuminance[block], luminance, isBetter);
-            bestFirst[block] = _mm256_blendv_pd(bestFirst[block], first, isBetter);
-            bestSecond[block] = _mm256_blendv_pd(bestSecond[block], second, isBetter);
-            bestPair[block] = _mm256_blendv_pd(bestPair[block], _mm256_set1_pd(double(p)), isBetter);
-        }
-    }
-
-    // Each lane has the best of its setting. Of equally bright ones, the lowest pair's and then setting's came first.
-    alignas(32) double luminances[SETTINGS<N>];
-    alignas(32) double firsts[SETTINGS<N>];
-    alignas(32) double seconds[SETTINGS<N>];
-    alignas(32) double pairs[SETTINGS<N>];
-    for (int block = 0; block < BLOCKS; ++block) {
-        _mm256_store_pd(luminances + block * LANES, bestLuminance[block]);
-        _mm256_store_pd(firsts + block * LANES, bestFirst[block]);
-        _mm256_store_pd(seconds + block * LANES, bestSecond[block]);
-        _mm256_store_pd(pairs + block * LANES, bestPair[block]);
-    }
+/// Of equally bright ones, the lowest pair's and then the lowest setting's was met first.
+template <int N>
+Candidate bestOf(const Lanes<N> &lanes)
+{
+    double luminance[SETTINGS<N>];
+    double pair[SETTINGS<N>];
+    std::memcpy(luminance, lanes.luminance, sizeof luminance);
+    std::memcpy(pair, lanes.pair, sizeof pair);
     Candidate best;
     for (int setting = 1; setting < SETTINGS<N>; ++setting) {
-        const bool isBrighter = luminances[setting] > best.luminance;
-        const bool isEarlier = luminances[setting] == best.luminance && int(pairs[setting]) < best.pair;
-        if (isBrighter || (isEarlier && best.setting != 0))
-            best = {int(pairs[setting]), setting, firsts[setting], seconds[setting], luminances[setting]};
+        const bool isEarlier = luminance[setting] == best.luminance && int(pair[setting]) < best.pair;
+        if (luminance[setting] > best.luminance || isEarlier) {
+            best.luminance = luminance[setting];
+            best.pair = int(pair[setting]);
+            best.setting = setting;
+        }
     }
+    best.first = lanes.first[best.setting / LANES][best.setting % LANES];
+    best.second = lanes.second[best.setting / LANES][best.setting % LANES];
     return best;
+}
+
+/// All bits of the lanes whose setting, in \a block, has the bit \a t.
+template <int BLOCK>
+__attribute__((target("avx2"), always_inline)) inline __m256d lanesWithBit(std::size_t t)
+{
+    constexpr long long ON = -1;
+    switch (t) {
+    case 0:
+        return _mm256_castsi256_pd(_mm256_setr_epi64x(0, ON, 0, ON));
+    case 1:
+        return _mm256_castsi256_pd(_mm256_setr_epi64x(0, 0, ON, ON));
+    default:
+        return _mm256_castsi256_pd(_mm256_set1_epi64x(BLOCK == 1 ? ON : 0));
+    }
+}
+
+__attribute__((target("avx2"), always_inline)) inline __m256d areLevels(__m256d levels)
+{
+    return _mm256_and_pd(_mm256_cmp_pd(levels, _mm256_set1_pd(LOWEST_LEVEL), _CMP_GT_OQ),
+                         _mm256_cmp_pd(levels, _mm256_set1_pd(HIGHEST_LEVEL), _CMP_LT_OQ));
+}
+
+/// snapped(); in this order of operands a level of −0 stays what it is.
+__attribute__((target("avx2"), always_inline)) inline __m256d snapped(__m256d levels)
+{
+    return _mm256_min_pd(_mm256_set1_pd(1), _mm256_max_pd(_mm256_setzero_pd(), levels));
+}
+
+template <int N, std::size_t P, int BLOCK>
+__attribute__((target("avx2"), always_inline)) inline void trySettings(const Problem &problem,
+                                                                       const Elimination &elimination, Lanes<N> &lanes)
+{
+    constexpr Pair<N> PAIR = PAIRS<N>[P];
+    const __m256d sign = _mm256_set1_pd(-0.0);
+    __m256d a = _mm256_setzero_pd();
+    __m256d b = _mm256_setzero_pd();
+    for (std::size_t t = 0; t < PAIR.others.size(); ++t) {
+        const __m256d isOn = lanesWithBit<BLOCK>(t);
+        a = _mm256_add_pd(a, _mm256_and_pd(isOn, _mm256_set1_pd(problem.a[PAIR.others[t]])));
+        b = _mm256_add_pd(b, _mm256_and_pd(isOn, _mm256_set1_pd(problem.b[PAIR.others[t]])));
+    }
+    const __m256d minusA = _mm256_xor_pd(a, sign);
+    const __m256d minusB = _mm256_xor_pd(b, sign);
+    const __m256d m12 = _mm256_sub_pd(minusB, _mm256_mul_pd(_mm256_set1_pd(elimination.f), minusA));
+    const __m256d m02 = _mm256_sub_pd(minusA, _mm256_mul_pd(_mm256_set1_pd(elimination.g), m12));
+    __m256d first = _mm256_mul_pd(m02, _mm256_set1_pd(elimination.reciprocal0));
+    __m256d second = _mm256_mul_pd(m12, _mm256_set1_pd(elimination.reciprocal1));
+    const __m256d isValid = _mm256_and_pd(areLevels(first), areLevels(second));
+    if (_mm256_movemask_pd(isValid) == 0)
+        return;
+    first = snapped(first);
+    second = snapped(second);
+    __m256d luminance = _mm256_setzero_pd();
+    std::size_t t = 0;
+    for (int c = 0; c < N; ++c) {
+        const __m256d Y = _mm256_set1_pd(problem.Y[c]);
+        const __m256d light = c == PAIR.i   ? _mm256_mul_pd(first, Y)
+                              : c == PAIR.j ? _mm256_mul_pd(second, Y)
+                                            : _mm256_and_pd(lanesWithBit<BLOCK>(t++), Y);
+        luminance = _mm256_add_pd(luminance, light);
+    }
+    const __m256d isBetter = _mm256_and_pd(isValid, _mm256_cmp_pd(luminance, lanes.luminance[BLOCK], _CMP_GT_OQ));
+    lanes.luminance[BLOCK] = _mm256_blendv_pd(lanes.luminance[BLOCK], luminance, isBetter);
+    lanes.first[BLOCK] = _mm256_blendv_pd(lanes.first[BLOCK], first, isBetter);
+    lanes.second[BLOCK] = _mm256_blendv_pd(lanes.second[BLOCK], second, isBetter);
+    lanes.pair[BLOCK] = _mm256_blendv_pd(lanes.pair[BLOCK], _mm256_set1_pd(double(P)), isBetter);
+}
+
+template <int N, std::size_t P>
+__attribute__((target("avx2"), always_inline)) inline void tryPair(const Problem &problem, Lanes<N> &lanes)
+{
+    const Elimination elimination(problem, PAIRS<N>[P].i, PAIRS<N>[P].j);
+    trySettings<N, P, 0>(problem, elimination, lanes);
+    if constexpr (Lanes<N>::BLOCKS == 2)
+        trySettings<N, P, 1>(problem, elimination, lanes);
+}
+
+/// brightest() with four settings at a time.
+/// \pre the luminances are finite: an emitter that is off is left out here, where the other adds 0 · Y.
+template <int N, std::size_t... P>
+__attribute__((target("avx2"))) Candidate brightestByAvx2(const Problem &problem, std::index_sequence<P...>)
+{
+    Lanes<N> lanes;
+    (tryPair<N, P>(problem, lanes), ...);
+    return bestOf(lanes);
 }
 
 bool hasAvx2()
@@ -280,8 +306,10 @@ void solve(const Problem &problem, double *levels)
 {
 #ifdef TREL_HAS_AVX2_KERNEL
     const auto isFinite = [](double value) { return std::isfinite(value); };
-    const bool isByAvx2 = N > 3 && hasAvx2() && std::all_of(problem.Y, problem.Y + N, isFinite);
-    const Candidate best = isByAvx2 ? brightestByAvx2<(N > 3 ? N : 4)>(problem) : brightest<N>(problem);
+    constexpr int WIDE = std::max(N, 4); // three emitters have no four settings
+    const bool isByAvx2 = N == WIDE && hasAvx2() && std::all_of(problem.Y, problem.Y + N, isFinite);
+    const Candidate best = isByAvx2 ? brightestByAvx2<WIDE>(problem, std::make_index_sequence<PAIRS<WIDE>.size()>())
+                                    : brightest<N>(problem);
 #else
     const Candidate best = brightest<N>(problem);
 #endif

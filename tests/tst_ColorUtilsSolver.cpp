@@ -788,8 +788,8 @@ void tst_ColorUtilsSolver::sameBitsForAnyEmitters()
                                           ColorUtils::HuelockProfileID(PROFILE), false);
         const Levels actual = solved(target, configuration, PROFILE, false);
         Tristimulus *data = dataOf(PROFILE, configuration);
-        const Levels scalar =
-            ScalarSolver::brightestMixture(data->getX(), data->getY(), data->getZ(), count, target.x, target.y);
+        Levels scalar(count);
+        ScalarSolver::mix(data->getX(), data->getY(), data->getZ(), count, target.x, target.y, scalar.data());
         const QByteArray what =
             text(target) + " -> " + text(actual) + ", by scalars " + text(scalar) + ", plainly " + text(expected);
         QVERIFY2(sameBits(actual, expected) && sameBits(scalar, expected), what.constData());

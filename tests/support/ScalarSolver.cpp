@@ -6,10 +6,8 @@
 #include "NChannelSolver.cpp"
 #undef brightestMixture
 
-QVector<double> ScalarSolver::brightestMixture(const QVector<double> &X, const QVector<double> &Y,
-                                               const QVector<double> &Z, int count, double x, double y)
+void ScalarSolver::mix(const QVector<double> &X, const QVector<double> &Y, const QVector<double> &Z, int count,
+                       double x, double y, double *levels)
 {
-    QVector<double> levels(count);
-    scalarBrightestMixture({X, Y, Z}, count, x, y, levels.data());
-    return levels;
+    scalarBrightestMixture({X, Y, Z}, count, x, y, levels);
 }
