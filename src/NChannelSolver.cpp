@@ -76,18 +76,28 @@ struct Elimination
     double g;
     double reciprocal0;
     double reciprocal1;
+};
 
-    Elimination(const Problem &problem, int i, int j)
-    {
+template <int N>
+using Eliminations = std::array<Elimination, PAIRS<N>.size()>;
+
+/// Those of all pairs, before anything else: each is a long chain of divisions, and they overlap here.
+template <int N>
+inline Eliminations<N> eliminationsOf(const Problem &problem)
+{
+    Eliminations<N> eliminations;
+    for (std::size_t p = 0; p < eliminations.size(); ++p) {
+        const int i = PAIRS<N>[p].i;
+        const int j = PAIRS<N>[p].j;
         // ODD-36: multipliers have single precision.
-        f = double(float(problem.b[i] / problem.a[i]));
+        const double f = double(float(problem.b[i] / problem.a[i]));
         const double m10 = problem.b[i] - f * problem.a[i];
         const double m11 = problem.b[j] - f * problem.a[j];
-        g = double(float(problem.a[j] / m11));
-        reciprocal0 = double(float(1 / (problem.a[i] - g * m10)));
-        reciprocal1 = double(float(1 / m11));
+        const double g = double(float(problem.a[j] / m11));
+        eliminations[p] = {f, g, double(float(1 / (problem.a[i] - g * m10))), double(float(1 / m11))};
     }
-};
+    return eliminations;
+}
 
 /// A setting and what it gives.
 struct Candidate
@@ -146,10 +156,11 @@ std::array<double, SETTINGS<N>> sumsOf(const double *weights, const Pair<N> &pai
 template <int N>
 Candidate brightest(const Problem &problem)
 {
+    const Eliminations<N> eliminations = eliminationsOf<N>(problem);
     Candidate best;
     for (std::size_t p = 0; p < PAIRS<N>.size(); ++p) {
         const Pair<N> &pair = PAIRS<N>[p];
-        const Elimination elimination(problem, pair.i, pair.j);
+        const Elimination &elimination = eliminations[p];
         const auto a = sumsOf<N>(problem.a, pair);
         const auto b = sumsOf<N>(problem.b, pair);
         for (std::size_t setting = 1; setting < a.size(); ++setting) {
@@ -275,9 +286,9 @@ __attribute__((target("avx2"), always_inline)) inline void trySettings(const Pro
 }
 
 template <int N, std::size_t P>
-__attribute__((target("avx2"), always_inline)) inline void tryPair(const Problem &problem, Lanes<N> &lanes)
+__attribute__((target("avx2"), always_inline)) inline void tryPair(const Problem &problem,
+                                                                   const Elimination &elimination, Lanes<N> &lanes)
 {
-    const Elimination elimination(problem, PAIRS<N>[P].i, PAIRS<N>[P].j);
     trySettings<N, P, 0>(problem, elimination, lanes);
     if constexpr (Lanes<N>::BLOCKS == 2)
         trySettings<N, P, 1>(problem, elimination, lanes);
@@ -288,8 +299,9 @@ __attribute__((target("avx2"), always_inline)) inline void tryPair(const Problem
 template <int N, std::size_t... P>
 __attribute__((target("avx2"))) Candidate brightestByAvx2(const Problem &problem, std::index_sequence<P...>)
 {
+    const Eliminations<N> eliminations = eliminationsOf<N>(problem);
     Lanes<N> lanes;
-    (tryPair<N, P>(problem, lanes), ...);
+    (tryPair<N, P>(problem, eliminations[P], lanes), ...);
     return bestOf(lanes);
 }
 

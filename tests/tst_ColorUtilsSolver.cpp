@@ -694,7 +694,7 @@ QVector<Chromaticity> awkwardChromaticities(const Emitters &emitters)
 
 // The plain solver takes its time where nothing is optimised.
 #ifdef NDEBUG
-constexpr int ROUNDS = 6000;
+constexpr int ROUNDS = 4300;
 #else
 constexpr int ROUNDS = 300;
 #endif
@@ -775,7 +775,7 @@ void tst_ColorUtilsSolver::sameBitsForAnyEmitters()
         const int choice = int(random.between(0, from));
         return choice < int(std::size(special)) ? special[choice] : random.between(0, 100);
     };
-    for (int n = 0; n < 40 * ROUNDS; ++n) {
+    for (int n = 0; n < 10 * ROUNDS; ++n) {
         const int kinds = n % 3 == 0 ? 8 : n % 3 == 1 ? 60 : 400;
         Emitters emitters;
         for (int c = 0; c < count; ++c)
