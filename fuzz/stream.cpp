@@ -5,6 +5,7 @@
 #include <TrelColor.h>
 
 #include <QDataStream>
+#include <QIODevice>
 
 namespace {
 
