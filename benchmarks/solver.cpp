@@ -1,7 +1,6 @@
 // The solver, beside what one would use in its place. Each benchmark proves its answer first.
 
 #include "PlainSolver.h"
-#include "ScalarSolver.h"
 
 #include <ColorUtils.h>
 #include <Tristimulus.h>
@@ -38,21 +37,6 @@ std::vector<Chromaticity> chromaticities()
     for (int i = 0; i < COLORS; ++i)
         result.push_back({{1.0, 0.15 + 0.4 * unit(), 0.1 + 0.5 * unit()}});
     return result;
-}
-
-/// The library's solver where a machine has no vector instructions.
-void solveByScalars(const double *Yxy, double *out, ColorUtils::ChannelConfiguration configuration,
-                    ColorUtils::HuelockProfileID profile, bool clampToGamut)
-{
-    Tristimulus *data = TristimulusFactory::getInstance()->getTristimulus(profile, configuration);
-    double x = Yxy[1];
-    double y = Yxy[2];
-    if (clampToGamut)
-        data->closestPtOnGamut(Yxy[1], Yxy[2], x, y);
-    const int count = ColorUtils::configChannelCount(configuration);
-    ScalarSolver::mix(data->getX(), data->getY(), data->getZ(), count, x, y, out);
-    for (int c = 0; c < count; ++c)
-        out[c] *= Yxy[0];
 }
 
 /// The same linear programme by GLPK, which keeps its problem and its basis from colour to colour.
@@ -147,7 +131,6 @@ void forThreeToFiveEmitters(benchmark::internal::Benchmark *benchmark)
 }
 
 BENCHMARK_CAPTURE(solve, library, ColorUtils::convertYxyToNChannel)->Apply(forThreeToFiveEmitters);
-BENCHMARK_CAPTURE(solve, scalar, solveByScalars)->Apply(forThreeToFiveEmitters);
 BENCHMARK_CAPTURE(solve, plain, PlainSolver::convertYxyToNChannel)->Apply(forThreeToFiveEmitters);
 BENCHMARK_CAPTURE(solve, glpk, solveWithGlpk)->Apply(forThreeToFiveEmitters);
 

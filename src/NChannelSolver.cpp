@@ -4,18 +4,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <cstring>
-#include <utility>
-
-#if defined(__GNUC__) && defined(__x86_64__) && !defined(TREL_SCALAR_SOLVER)
-#define TREL_HAS_AVX2_KERNEL
-#include <immintrin.h>
-#endif
 
 // Two emitters mix, each of the others is on or off: every such setting of every pair is tried. What depends on the
 // pair alone is worked out once for all its settings. Each operation is the one of the plain elimination, in its
-// order: results are the same bits, by whichever kernel.
+// order, so that results are the same bits.
 
 namespace {
 
@@ -180,151 +172,10 @@ Candidate brightest(const Problem &problem)
     return best;
 }
 
-#ifdef TREL_HAS_AVX2_KERNEL
-
-constexpr int LANES = 4;
-
-/// For each setting, the best pair so far, four settings to a block.
-template <int N>
-struct Lanes
-{
-    static constexpr int BLOCKS = SETTINGS<N> / LANES;
-
-    __m256d luminance[BLOCKS] = {};
-    __m256d first[BLOCKS] = {};
-    __m256d second[BLOCKS] = {};
-    __m256d pair[BLOCKS] = {};
-};
-
-/// Of equally bright ones, the lowest pair's and then the lowest setting's was met first.
-template <int N>
-Candidate bestOf(const Lanes<N> &lanes)
-{
-    double luminance[SETTINGS<N>];
-    double pair[SETTINGS<N>];
-    std::memcpy(luminance, lanes.luminance, sizeof luminance);
-    std::memcpy(pair, lanes.pair, sizeof pair);
-    Candidate best;
-    for (int setting = 1; setting < SETTINGS<N>; ++setting) {
-        const bool isEarlier = luminance[setting] == best.luminance && int(pair[setting]) < best.pair;
-        if (luminance[setting] > best.luminance || isEarlier) {
-            best.luminance = luminance[setting];
-            best.pair = int(pair[setting]);
-            best.setting = setting;
-        }
-    }
-    best.first = lanes.first[best.setting / LANES][best.setting % LANES];
-    best.second = lanes.second[best.setting / LANES][best.setting % LANES];
-    return best;
-}
-
-/// All bits of the lanes whose setting, in \a block, has the bit \a t.
-template <int BLOCK>
-__attribute__((target("avx2"), always_inline)) inline __m256d lanesWithBit(std::size_t t)
-{
-    constexpr long long ON = -1;
-    switch (t) {
-    case 0:
-        return _mm256_castsi256_pd(_mm256_setr_epi64x(0, ON, 0, ON));
-    case 1:
-        return _mm256_castsi256_pd(_mm256_setr_epi64x(0, 0, ON, ON));
-    default:
-        return _mm256_castsi256_pd(_mm256_set1_epi64x(BLOCK == 1 ? ON : 0));
-    }
-}
-
-__attribute__((target("avx2"), always_inline)) inline __m256d areLevels(__m256d levels)
-{
-    return _mm256_and_pd(_mm256_cmp_pd(levels, _mm256_set1_pd(LOWEST_LEVEL), _CMP_GT_OQ),
-                         _mm256_cmp_pd(levels, _mm256_set1_pd(HIGHEST_LEVEL), _CMP_LT_OQ));
-}
-
-/// snapped(); in this order of operands a level of −0 stays what it is.
-__attribute__((target("avx2"), always_inline)) inline __m256d snapped(__m256d levels)
-{
-    return _mm256_min_pd(_mm256_set1_pd(1), _mm256_max_pd(_mm256_setzero_pd(), levels));
-}
-
-template <int N, std::size_t P, int BLOCK>
-__attribute__((target("avx2"), always_inline)) inline void trySettings(const Problem &problem,
-                                                                       const Elimination &elimination, Lanes<N> &lanes)
-{
-    constexpr Pair<N> PAIR = PAIRS<N>[P];
-    const __m256d sign = _mm256_set1_pd(-0.0);
-    __m256d a = _mm256_setzero_pd();
-    __m256d b = _mm256_setzero_pd();
-    for (std::size_t t = 0; t < PAIR.others.size(); ++t) {
-        const __m256d isOn = lanesWithBit<BLOCK>(t);
-        a = _mm256_add_pd(a, _mm256_and_pd(isOn, _mm256_set1_pd(problem.a[PAIR.others[t]])));
-        b = _mm256_add_pd(b, _mm256_and_pd(isOn, _mm256_set1_pd(problem.b[PAIR.others[t]])));
-    }
-    const __m256d minusA = _mm256_xor_pd(a, sign);
-    const __m256d minusB = _mm256_xor_pd(b, sign);
-    const __m256d m12 = _mm256_sub_pd(minusB, _mm256_mul_pd(_mm256_set1_pd(elimination.f), minusA));
-    const __m256d m02 = _mm256_sub_pd(minusA, _mm256_mul_pd(_mm256_set1_pd(elimination.g), m12));
-    __m256d first = _mm256_mul_pd(m02, _mm256_set1_pd(elimination.reciprocal0));
-    __m256d second = _mm256_mul_pd(m12, _mm256_set1_pd(elimination.reciprocal1));
-    const __m256d isValid = _mm256_and_pd(areLevels(first), areLevels(second));
-    if (_mm256_movemask_pd(isValid) == 0)
-        return;
-    first = snapped(first);
-    second = snapped(second);
-    __m256d luminance = _mm256_setzero_pd();
-    std::size_t t = 0;
-    for (int c = 0; c < N; ++c) {
-        const __m256d Y = _mm256_set1_pd(problem.Y[c]);
-        const __m256d light = c == PAIR.i   ? _mm256_mul_pd(first, Y)
-                              : c == PAIR.j ? _mm256_mul_pd(second, Y)
-                                            : _mm256_and_pd(lanesWithBit<BLOCK>(t++), Y);
-        luminance = _mm256_add_pd(luminance, light);
-    }
-    const __m256d isBetter = _mm256_and_pd(isValid, _mm256_cmp_pd(luminance, lanes.luminance[BLOCK], _CMP_GT_OQ));
-    lanes.luminance[BLOCK] = _mm256_blendv_pd(lanes.luminance[BLOCK], luminance, isBetter);
-    lanes.first[BLOCK] = _mm256_blendv_pd(lanes.first[BLOCK], first, isBetter);
-    lanes.second[BLOCK] = _mm256_blendv_pd(lanes.second[BLOCK], second, isBetter);
-    lanes.pair[BLOCK] = _mm256_blendv_pd(lanes.pair[BLOCK], _mm256_set1_pd(double(P)), isBetter);
-}
-
-template <int N, std::size_t P>
-__attribute__((target("avx2"), always_inline)) inline void tryPair(const Problem &problem,
-                                                                   const Elimination &elimination, Lanes<N> &lanes)
-{
-    trySettings<N, P, 0>(problem, elimination, lanes);
-    if constexpr (Lanes<N>::BLOCKS == 2)
-        trySettings<N, P, 1>(problem, elimination, lanes);
-}
-
-/// brightest() with four settings at a time.
-/// \pre the luminances are finite: an emitter that is off is left out here, where the other adds 0 · Y.
-template <int N, std::size_t... P>
-__attribute__((target("avx2"))) Candidate brightestByAvx2(const Problem &problem, std::index_sequence<P...>)
-{
-    const Eliminations<N> eliminations = eliminationsOf<N>(problem);
-    Lanes<N> lanes;
-    (tryPair<N, P>(problem, eliminations[P], lanes), ...);
-    return bestOf(lanes);
-}
-
-bool hasAvx2()
-{
-    static const bool has = __builtin_cpu_supports("avx2") != 0;
-    return has;
-}
-
-#endif
-
 template <int N>
 void solve(const Problem &problem, double *levels)
 {
-#ifdef TREL_HAS_AVX2_KERNEL
-    const auto isFinite = [](double value) { return std::isfinite(value); };
-    constexpr int WIDE = std::max(N, 4); // three emitters have no four settings
-    const bool isByAvx2 = N == WIDE && hasAvx2() && std::all_of(problem.Y, problem.Y + N, isFinite);
-    const Candidate best = isByAvx2 ? brightestByAvx2<WIDE>(problem, std::make_index_sequence<PAIRS<WIDE>.size()>())
-                                    : brightest<N>(problem);
-#else
     const Candidate best = brightest<N>(problem);
-#endif
     if (best.setting != 0)
         spread<N>(best, levels);
 }

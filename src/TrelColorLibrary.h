@@ -28,7 +28,7 @@ inline constexpr char kTRELCOLOR_VENDOR_ID_MIME_TYPE[] = "data/x-trelcolor-vendo
 /// are saved at every change once they were loaded.
 ///
 /// Needs a QGuiApplication, since items hold pixmaps, and goes with it. GUI thread only.
-class TREL_EXPORT TrelColorLibrary : public QAbstractItemModel
+class TREL_EXPORT TrelColorLibrary final : public QAbstractItemModel
 {
     Q_OBJECT
 
