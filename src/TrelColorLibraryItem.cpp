@@ -189,7 +189,7 @@ void TrelColorLibraryItem::insertChildren(int position, int count)
     numberRows(position);
     for (int i = position; i < position + count; ++i)
         addToIndexes(childItems.at(i));
-    Q_ASSERT(childItems.size() > 0);
+    Q_ASSERT(childItems.size() > 0); // NOLINT(readability-container-size-empty): the text is what a host reads
 }
 
 void TrelColorLibraryItem::removeChildren(int position, int count)
