@@ -1,6 +1,8 @@
 // The road of a colour to a fixture, timed. Each benchmark proves its answer first. Times of one run are
 // comparable with each other only; quote ratios.
 
+#include "Chromaticities.h"
+
 #include <TrelColor.h>
 
 #include <benchmark/benchmark.h>
@@ -8,29 +10,9 @@
 #include <QColor>
 #include <QLoggingCategory>
 
-#include <algorithm>
-#include <random>
 #include <vector>
 
 namespace {
-
-constexpr int COLORS = 1024;
-
-struct Chromaticity
-{
-    double Yxy[3];
-};
-
-/// Chromaticities around white, some of them out of every fixture's gamut.
-std::vector<Chromaticity> chromaticities()
-{
-    std::mt19937 random(1);
-    const auto unit = [&] { return double(random()) / double(std::mt19937::max()); };
-    std::vector<Chromaticity> result;
-    for (int i = 0; i < COLORS; ++i)
-        result.push_back({{1.0, 0.15 + 0.4 * unit(), 0.1 + 0.5 * unit()}});
-    return result;
-}
 
 void updateBuffer(benchmark::State &state)
 {

@@ -1,5 +1,6 @@
 // The solver, beside what one would use in its place. Each benchmark proves its answer first.
 
+#include "Chromaticities.h"
 #include "PlainSolver.h"
 
 #include <ColorUtils.h>
@@ -12,32 +13,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <random>
 #include <vector>
 
 namespace {
 
-constexpr int COLORS = 1024;
-
-struct Chromaticity
-{
-    double Yxy[3];
-};
-
 using Levels = std::array<double, 5>;
 using Solve = void (*)(const double *Yxy, double *out, ColorUtils::ChannelConfiguration configuration,
                        ColorUtils::HuelockProfileID profile, bool clampToGamut);
-
-/// Chromaticities around white, some of them out of every fixture's gamut.
-std::vector<Chromaticity> chromaticities()
-{
-    std::mt19937 random(1);
-    const auto unit = [&] { return double(random()) / double(std::mt19937::max()); };
-    std::vector<Chromaticity> result;
-    for (int i = 0; i < COLORS; ++i)
-        result.push_back({{1.0, 0.15 + 0.4 * unit(), 0.1 + 0.5 * unit()}});
-    return result;
-}
 
 /// The same linear programme by GLPK, which keeps its problem and its basis from colour to colour.
 void solveWithGlpk(const double *Yxy, double *out, ColorUtils::ChannelConfiguration configuration,
