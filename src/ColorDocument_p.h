@@ -15,7 +15,7 @@ constexpr int MAX_DEPTH = 64;
 /// \a text without what XML 1.0 cannot carry: control characters, lone surrogates, U+FFFE and U+FFFF.
 QString writable(const QString &text);
 
-/// \a document as UTF-8, indented by 1, with the attributes of each element in a fixed order: those of colour
+/// \a document as UTF-8, writable(), indented by 1, with the attributes of each element in a fixed order: those of colour
 /// elements as the format lists them, others behind them by name. The order that QDomDocument has follows the
 /// process's hash seed.
 QByteArray toBytes(const QDomDocument &document);

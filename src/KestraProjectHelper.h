@@ -48,7 +48,8 @@ public:
     /// \return false at a list without colours ("Found NULL TrelColorLibrary element").
     bool loadDocument(QDomDocument &doc, QString &error, double version, QStringList &oldUids);
 
-    /// \a doc as UTF-8 text, indented by 1, the same bytes every time: attributes stand in the order of the format.
+    /// \a doc as UTF-8 text, indented by 1, without what XML 1.0 cannot carry (writableText()), the same bytes every
+    /// time: attributes stand in the order of the format.
     /// A host that saves its project document with it gets files that compare.
     static QByteArray toByteArray(const QDomDocument &doc);
 

@@ -27,7 +27,8 @@ inline constexpr char kTRELCOLOR_VENDOR_ID_MIME_TYPE[] = "data/x-trelcolor-vendo
 /// only, "Project Swatches" those that the project uses; user lists are the ones that the user may rename, and they
 /// are saved at every change once they were loaded.
 ///
-/// Needs a QGuiApplication, since items hold pixmaps, and goes with it. GUI thread only.
+/// Thumbnails need a QGuiApplication, since they are pixmaps; all else works without one. The library goes with the
+/// application object. GUI thread only.
 class TREL_EXPORT TrelColorLibrary final : public QAbstractItemModel
 {
     Q_OBJECT
