@@ -14,8 +14,9 @@ if(TREL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${TREL_CCACHE}")
 endif()
 
-# The same bits on every optimisation level and machine: no fused multiply-add, no x87.
-add_compile_options(-ffp-contract=off)
+# The same bits on every optimisation level and machine: no fused multiply-add, no x87, and no vectors of statements,
+# in which g++ 12 loses the rounding of a double to single precision and back.
+add_compile_options(-ffp-contract=off -fno-tree-slp-vectorize)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86)$")
   add_compile_options(-msse2 -mfpmath=sse)
 endif()

@@ -1,84 +1,24 @@
 #include "NChannelSolver_p.h"
 
+#include "EmitterPairs_p.h"
+
 #include <QtGlobal>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
-// Two emitters mix, each of the others is on or off: every such setting of every pair is tried. What depends on the
-// pair alone is worked out once for all its settings. Each operation is the one of the plain elimination, in its
-// order, so that results are the same bits.
+// What depends on a pair alone is worked out once for all its settings. Each operation is the one of the plain
+// elimination, in its order, so that results are the same bits, whether one setting is tried at a time or four.
+
+using namespace EmitterPairs;
 
 namespace {
 
-constexpr int MAX_CHANNELS = 5;
-
-// A level just outside 0..1 is rounding of the elimination, not a violated bound.
-constexpr double LOWEST_LEVEL = -0.00005;
-constexpr double HIGHEST_LEVEL = 1.00005;
-
-/// Two emitters that mix, and the others.
 template <int N>
-struct Pair
+void eliminate(const Problem &problem, Eliminations<N> &eliminations)
 {
-    int i = 0;
-    int j = 0;
-    std::array<int, N - 2> others = {};
-};
-
-template <int N>
-constexpr std::array<Pair<N>, N *(N - 1) / 2> allPairs()
-{
-    std::array<Pair<N>, N *(N - 1) / 2> pairs = {};
-    std::size_t count = 0;
-    for (int i = 0; i < N; ++i) {
-        for (int j = i + 1; j < N; ++j) {
-            Pair<N> &pair = pairs[count++];
-            pair.i = i;
-            pair.j = j;
-            std::size_t t = 0;
-            for (int c = 0; c < N; ++c) {
-                if (c != i && c != j)
-                    pair.others[t++] = c;
-            }
-        }
-    }
-    return pairs;
-}
-
-template <int N>
-constexpr auto PAIRS = allPairs<N>();
-
-/// Bit t of a setting says that the t-th of a pair's others is on. The one with all off is not tried.
-template <int N>
-constexpr int SETTINGS = 1 << (N - 2);
-
-/// Levels L mix to the wanted chromaticity exactly when Σ a·L = Σ b·L = 0; Σ Y·L is their luminance.
-struct Problem
-{
-    double a[MAX_CHANNELS];
-    double b[MAX_CHANNELS];
-    double Y[MAX_CHANNELS];
-};
-
-/// ColorUtils::gaussianEliminationTwoByThree() for the columns of a pair, ready for any right-hand side.
-struct Elimination
-{
-    double f;
-    double g;
-    double reciprocal0;
-    double reciprocal1;
-};
-
-template <int N>
-using Eliminations = std::array<Elimination, PAIRS<N>.size()>;
-
-/// Those of all pairs, before anything else: each is a long chain of divisions, and they overlap here.
-template <int N>
-inline Eliminations<N> eliminationsOf(const Problem &problem)
-{
-    Eliminations<N> eliminations;
-    for (std::size_t p = 0; p < eliminations.size(); ++p) {
+    for (std::size_t p = 0; p < PAIRS<N>.size(); ++p) {
         const int i = PAIRS<N>[p].i;
         const int j = PAIRS<N>[p].j;
         // ODD-36: multipliers have single precision.
@@ -86,20 +26,28 @@ inline Eliminations<N> eliminationsOf(const Problem &problem)
         const double m10 = problem.b[i] - f * problem.a[i];
         const double m11 = problem.b[j] - f * problem.a[j];
         const double g = double(float(problem.a[j] / m11));
-        eliminations[p] = {f, g, double(float(1 / (problem.a[i] - g * m10))), double(float(1 / m11))};
+        eliminations.f[p] = f;
+        eliminations.g[p] = g;
+        eliminations.reciprocal0[p] = double(float(1 / (problem.a[i] - g * m10)));
+        eliminations.reciprocal1[p] = double(float(1 / m11));
     }
-    return eliminations;
 }
 
-/// A setting and what it gives.
-struct Candidate
+/// The levels of a pair's two.
+struct Mixture
 {
-    int pair = 0;
-    int setting = 0;
-    double first = 0;  ///< level of the pair's one
-    double second = 0; ///< and the other
-    double luminance = 0;
+    double first;
+    double second;
 };
+
+/// The mixture that makes up for \a a and \a b, the sums of the others.
+template <int N>
+Mixture mixtureFor(double a, double b, const Eliminations<N> &eliminations, std::size_t pair)
+{
+    const double m12 = -b - eliminations.f[pair] * -a;
+    const double m02 = -a - eliminations.g[pair] * m12;
+    return {m02 * eliminations.reciprocal0[pair], m12 * eliminations.reciprocal1[pair]};
+}
 
 bool isLevel(double level)
 {
@@ -112,20 +60,22 @@ double snapped(double level)
 }
 
 template <int N>
-void spread(const Candidate &candidate, double *levels)
+void spread(const Pair<N> &pair, std::size_t setting, const Mixture &mixture, double *levels)
 {
-    const Pair<N> &pair = PAIRS<N>[std::size_t(candidate.pair)];
     for (std::size_t t = 0; t < pair.others.size(); ++t)
-        levels[pair.others[t]] = (candidate.setting >> t) & 1;
-    levels[pair.i] = candidate.first;
-    levels[pair.j] = candidate.second;
+        levels[pair.others[t]] = double((setting >> t) & 1);
+    levels[pair.i] = snapped(mixture.first);
+    levels[pair.j] = snapped(mixture.second);
 }
 
+/// The light of a mixture; 0 when it is none.
 template <int N>
-double luminanceOf(const Problem &problem, const Candidate &candidate)
+double luminanceOf(const Problem &problem, const Pair<N> &pair, std::size_t setting, const Mixture &mixture)
 {
+    if (!isLevel(mixture.first) || !isLevel(mixture.second))
+        return 0;
     double levels[N];
-    spread<N>(candidate, levels);
+    spread<N>(pair, setting, mixture, levels);
     double sum = 0;
     for (int c = 0; c < N; ++c)
         sum += levels[c] * problem.Y[c];
@@ -146,38 +96,49 @@ std::array<double, SETTINGS<N>> sumsOf(const double *weights, const Pair<N> &pai
 }
 
 template <int N>
-Candidate brightest(const Problem &problem)
+Candidate brightest(const Problem &problem, Eliminations<N> &eliminations)
 {
-    const Eliminations<N> eliminations = eliminationsOf<N>(problem);
+    eliminate<N>(problem, eliminations);
     Candidate best;
     for (std::size_t p = 0; p < PAIRS<N>.size(); ++p) {
         const Pair<N> &pair = PAIRS<N>[p];
-        const Elimination &elimination = eliminations[p];
         const auto a = sumsOf<N>(problem.a, pair);
         const auto b = sumsOf<N>(problem.b, pair);
-        for (std::size_t setting = 1; setting < a.size(); ++setting) {
-            const double m12 = -b[setting] - elimination.f * -a[setting];
-            const double m02 = -a[setting] - elimination.g * m12;
-            const double first = m02 * elimination.reciprocal0;
-            const double second = m12 * elimination.reciprocal1;
-            if (!isLevel(first) || !isLevel(second))
-                continue;
-            Candidate candidate{int(p), int(setting), snapped(first), snapped(second), 0};
-            candidate.luminance = luminanceOf<N>(problem, candidate);
-            // Of equally bright mixtures the one met first stays.
-            if (candidate.luminance > best.luminance)
-                best = candidate;
+        for (std::size_t setting = 1; setting < SETTINGS<N>; ++setting) {
+            const Mixture mixture = mixtureFor<N>(a[setting], b[setting], eliminations, p);
+            const double luminance = luminanceOf<N>(problem, pair, setting, mixture);
+            // Of equally bright candidates the one met first stays.
+            if (luminance > best.luminance)
+                best = {p, setting, luminance};
         }
     }
     return best;
 }
 
 template <int N>
+Candidate search(const Problem &problem, Eliminations<N> &eliminations)
+{
+#ifdef TREL_HAS_AVX2_KERNEL
+    const auto isFinite = [](double Y) { return std::isfinite(Y); };
+    if constexpr (N == 5) {
+        if (hasAvx2() && std::all_of(problem.Y, problem.Y + N, isFinite))
+            return brightestByAvx2(problem, eliminations);
+    }
+#endif
+    return brightest<N>(problem, eliminations);
+}
+
+template <int N>
 void solve(const Problem &problem, double *levels)
 {
-    const Candidate best = brightest<N>(problem);
-    if (best.setting != 0)
-        spread<N>(best, levels);
+    Eliminations<N> eliminations;
+    const Candidate best = search<N>(problem, eliminations);
+    if (best.setting == 0)
+        return;
+    const Pair<N> &pair = PAIRS<N>[best.pair];
+    const double a = sumsOf<N>(problem.a, pair)[best.setting];
+    const double b = sumsOf<N>(problem.b, pair)[best.setting];
+    spread<N>(pair, best.setting, mixtureFor<N>(a, b, eliminations, best.pair), levels);
 }
 
 } // namespace

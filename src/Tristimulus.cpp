@@ -2,6 +2,8 @@
 
 #include "TrelColor.h"
 
+#include <cmath>
+
 namespace {
 
 /// Equality of gamut corners. Our own, since QPointF's changed between Qt's versions.
@@ -99,8 +101,8 @@ bool Tristimulus::inside(double x, double y) const
     // As QPolygonF::containsPoint() does it, with the slopes worked out before.
     bool isInside = false;
     for (const Side &side : m_sides) {
-        if (y >= side.lowY && y < side.highY && side.lowX + side.slope * (y - side.lowY) <= x)
-            isInside = !isInside;
+        // No branches: no side foretells the next.
+        isInside ^= (y >= side.lowY) & (y < side.highY) & (side.lowX + side.slope * (y - side.lowY) <= x);
     }
     return isInside;
 }
@@ -118,7 +120,8 @@ bool Tristimulus::closestPtOnGamut(double x, double y, double &closestX, double 
     double best = NONE_YET;
     for (const Edge &edge : m_edges) {
         const QPointF nearest = edge.nearestTo(point);
-        const double way = distance(point, nearest);
+        const QPointF to = nearest - point;
+        const double way = std::sqrt(to.x() * to.x() + to.y() * to.y());
         if (best == NONE_YET || best > way) {
             best = way;
             closestX = nearest.x();
@@ -131,8 +134,11 @@ bool Tristimulus::closestPtOnGamut(double x, double y, double &closestX, double 
 /// As ColorUtils::minDistance() does it.
 QPointF Tristimulus::Edge::nearestTo(QPointF point) const
 {
-    const double t = squaredLength == 0 ? 0 : dot(point - start, along) / squaredLength;
-    if (squaredLength == 0 || t < 0)
+    if (squaredLength == 0)
+        return start;
+    const QPointF from = point - start;
+    const double t = (from.x() * along.x() + from.y() * along.y()) / squaredLength;
+    if (t < 0)
         return start;
     return t > 1 ? end : start + t * along;
 }

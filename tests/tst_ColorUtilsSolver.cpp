@@ -1,5 +1,6 @@
 #include "ColorUtils.h"
 #include "PlainSolver.h"
+#include "ScalarSolver.h"
 #include "TestSupport.h"
 #include "Tristimulus.h"
 #include "TristimulusFactory.h"
@@ -786,8 +787,12 @@ void tst_ColorUtilsSolver::sameBitsForAnyEmitters()
         PlainSolver::convertYxyToNChannel(Yxy, expected.data(), ColorUtils::ChannelConfiguration(configuration),
                                           ColorUtils::HuelockProfileID(PROFILE), false);
         const Levels actual = solved(target, configuration, PROFILE, false);
-        const QByteArray what = text(target) + " -> " + text(actual) + ", plainly " + text(expected);
-        QVERIFY2(sameBits(actual, expected), what.constData());
+        Tristimulus *data = dataOf(PROFILE, configuration);
+        Levels scalar(count);
+        ScalarSolver::mix(data->getX(), data->getY(), data->getZ(), count, target.x, target.y, scalar.data());
+        const QByteArray what =
+            text(target) + " -> " + text(actual) + ", by scalars " + text(scalar) + ", plainly " + text(expected);
+        QVERIFY2(sameBits(actual, expected) && sameBits(scalar, expected), what.constData());
     }
 }
 
