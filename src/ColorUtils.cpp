@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <vector>
 
 namespace {
@@ -24,6 +23,7 @@ constexpr int PRE_COMPENSATION = 3; ///< the curve mode that compensates the fix
 constexpr int SOFTWARE_CURVE = 1;   ///< any other mode; the one in use
 constexpr double MAX_LEVEL_8 = 255;
 constexpr double MAX_LEVEL_16 = 65535;
+constexpr int ARGUMENTS_16 = 65536;
 
 enum CurveType : int { Linear = 0, Normal = 1, Tungsten = 2 };
 
@@ -53,7 +53,8 @@ HueLockProfile *profileOf(ColorUtils::HuelockProfileID id)
 
 quint16 roundedPwm(double level)
 {
-    return FullScale::toUInt16(std::floor(level * MAX_LEVEL_16 + 0.5));
+    const double pwm = level * MAX_LEVEL_16 + 0.5;
+    return FullScale::toUInt16(pwm >= 0 ? pwm : std::floor(pwm)); // truncation is the floor of what is not negative
 }
 
 /// Half away from zero for positive values; for negative ones the rounding of Qt 5's qRound, which Qt 6 changed.
@@ -90,28 +91,44 @@ void applySoftwareCurve(int count, int resolution, const double *levels, unsigne
     }
 }
 
-/// The 16-bit value that a fixture with on-board curve \a type turns back into \a pwm.
-quint16 preCompensated16(quint16 pwm, int type)
+/// All that \a FUNCTION answers, by argument. Made at the first use, since each answer takes a square root.
+template <auto FUNCTION>
+const auto *tableOf()
+{
+    using Result = decltype(FUNCTION(0));
+    static const std::vector<Result> table = [] {
+        std::vector<Result> answers;
+        answers.reserve(ARGUMENTS_16);
+        for (int i = 0; i < ARGUMENTS_16; ++i)
+            answers.push_back(FUNCTION(quint16(i)));
+        return answers;
+    }();
+    return table.data();
+}
+
+/// The 16-bit values that a fixture with on-board curve \a type turns back into their index; null for themselves.
+const quint16 *preCompensation16(int type)
 {
     switch (type) {
     case Tungsten:
-        return ColorUtils::pwm16ToMNormDTungstenRes16(pwm);
+        return tableOf<ColorUtils::pwm16ToMNormDTungstenRes16>();
     case Normal:
-        return ColorUtils::pwm16ToMNormDNormRes16(pwm);
+        return tableOf<ColorUtils::pwm16ToMNormDNormRes16>();
     default:
-        return pwm;
+        return nullptr;
     }
 }
 
-quint8 preCompensated8(quint16 pwm, int type)
+/// The same for bytes.
+const quint8 *preCompensation8(int type)
 {
     switch (type) {
     case Tungsten:
-        return ColorUtils::pwm16ToMNormDTungstenRes8(pwm);
+        return tableOf<ColorUtils::pwm16ToMNormDTungstenRes8>();
     case Normal:
-        return ColorUtils::pwm16ToMNormDNormRes8(pwm);
+        return tableOf<ColorUtils::pwm16ToMNormDNormRes8>();
     default:
-        return ColorUtils::pwm16ToMNormDLinearRes8(pwm);
+        return tableOf<ColorUtils::pwm16ToMNormDLinearRes8>();
     }
 }
 
@@ -136,12 +153,16 @@ void applyPreCompensation(int count, int resolution, const double *levels, unsig
     if (!isKnownCurveType(curveType))
         return;
     if (resolution == 2) {
-        for (int i = 0; i < count; ++i)
-            write16(out + 2 * std::ptrdiff_t(i), preCompensated16(roundedPwm(levels[i]), curveType), false);
+        const quint16 *table = preCompensation16(curveType);
+        for (int i = 0; i < count; ++i) {
+            const quint16 pwm = roundedPwm(levels[i]);
+            write16(out + 2 * std::ptrdiff_t(i), table ? table[pwm] : pwm, false);
+        }
         swapBytes(count, out);
     } else {
+        const quint8 *table = preCompensation8(curveType);
         for (int i = 0; i < count; ++i)
-            out[i] = preCompensated8(roundedPwm(levels[i]), curveType);
+            out[i] = table[roundedPwm(levels[i])];
     }
 }
 
@@ -260,6 +281,54 @@ void passNChannel(double *result, int channelCount, const TrelColor &color)
     std::copy_n(realVector.constData() + 1, channelCount, result);
 }
 
+/// The levels of \a color at \a result, which holds zeros.
+/// \return whether a colour of another model than Yxy was solved.
+bool convertInto(double *result, int count, const TrelColor &color, bool rgbPassThrough,
+                 ColorUtils::HuelockProfileID profile, ColorUtils::IOModeID ioMode, bool clampToGamut)
+{
+    const ModeFacts mode = factsOf(ioMode);
+    double Yxy[3];
+
+    if (!isDirect(color, profile, ioMode, mode) && mustBeSolved(color, rgbPassThrough, mode)) {
+        const bool isYxy = color.spec() == TrelColor::Yxy;
+        if (isYxy)
+            color.getYxyF(&Yxy[0], &Yxy[1], &Yxy[2]);
+        else
+            ColorUtils::convertTrelColorToYxy(color, Yxy);
+        solveInto(result, count, Yxy, mode, profile, clampToGamut);
+        return !isYxy;
+    }
+
+    const bool isGenericRgb = color.getHuelockProfileID() == ColorUtils::GENERIC_RGB
+                              && (mode.input == ColorUtils::CONFIG_RGB
+                                  || (color.getChannelConfiguration() == ColorUtils::CONFIG_RGB && mode.isNtoN));
+    if (isGenericRgb) {
+        const double rgb[] = {color.redF(), color.greenF(), color.blueF()};
+        std::copy_n(rgb, std::min(count, 3), result);
+    } else if (color.spec() == TrelColor::Yxy) {
+        color.getYxyF(&Yxy[0], &Yxy[1], &Yxy[2]);
+        solveInto(result, count, Yxy, mode, profile, clampToGamut);
+    } else {
+        if (color.spec() != TrelColor::Nchannel)
+            Q_ASSERT(false);
+        passNChannel(result, count, color);
+    }
+    return false;
+}
+
+/// As ColorUtils::convertTrelColorToDMX().
+void toDmx(const TrelColor &color, bool rgbPassThrough, int channelCount, int resolution, unsigned char *out,
+           int curveType, int onboardCurve, ColorUtils::HuelockProfileID profile, ColorUtils::IOModeID ioMode)
+{
+    QVarLengthArray<double, 8> levels(std::max(channelCount, 0));
+    std::fill(levels.begin(), levels.end(), 0.0);
+    const bool solvedFromColor =
+        convertInto(levels.data(), int(levels.size()), color, rgbPassThrough, profile, ioMode, true);
+    const bool solved = color.spec() == TrelColor::Yxy || solvedFromColor;
+    ColorUtils::applyCurve(channelCount, resolution, levels.constData(), out, solved ? onboardCurve : curveType,
+                           solved ? PRE_COMPENSATION : SOFTWARE_CURVE);
+}
+
 } // namespace
 
 ColorUtils *ColorUtils::m_instance = nullptr;
@@ -362,8 +431,11 @@ void ColorUtils::applyCurve16(int count, const double *levels, unsigned short *o
     }
     if (!isKnownCurveType(curveType))
         return;
-    for (int i = 0; i < count; ++i)
-        out[i] = preCompensated16(roundedPwm(levels[i]), curveType);
+    const quint16 *table = preCompensation16(curveType);
+    for (int i = 0; i < count; ++i) {
+        const quint16 pwm = roundedPwm(levels[i]);
+        out[i] = table ? table[pwm] : pwm;
+    }
 }
 
 void ColorUtils::nChannelFToPWM(const double *levels, unsigned short *out, int count)
@@ -616,34 +688,8 @@ double *ColorUtils::convertTrelColorToNChannelF(bool &solvedFromColor, TrelColor
 {
     const int count = std::max(channelCount, 0);
     auto *result = new double[std::size_t(count)]();
-    const ModeFacts mode = factsOf(ioMode);
-    double Yxy[3];
-
-    if (!isDirect(color, profile, ioMode, mode) && mustBeSolved(color, rgbPassThrough, mode)) {
-        if (color.spec() == TrelColor::Yxy) {
-            color.getYxyF(&Yxy[0], &Yxy[1], &Yxy[2]);
-        } else {
-            convertTrelColorToYxy(color, Yxy);
-            solvedFromColor = true;
-        }
-        solveInto(result, count, Yxy, mode, profile, clampToGamut);
-        return result;
-    }
-
-    const bool isGenericRgb =
-        color.getHuelockProfileID() == GENERIC_RGB
-        && (mode.input == CONFIG_RGB || (color.getChannelConfiguration() == CONFIG_RGB && mode.isNtoN));
-    if (isGenericRgb) {
-        const double rgb[] = {color.redF(), color.greenF(), color.blueF()};
-        std::copy_n(rgb, std::min(count, 3), result);
-    } else if (color.spec() == TrelColor::Yxy) {
-        color.getYxyF(&Yxy[0], &Yxy[1], &Yxy[2]);
-        solveInto(result, count, Yxy, mode, profile, clampToGamut);
-    } else {
-        if (color.spec() != TrelColor::Nchannel)
-            Q_ASSERT(false);
-        passNChannel(result, count, color);
-    }
+    if (convertInto(result, count, color, rgbPassThrough, profile, ioMode, clampToGamut))
+        solvedFromColor = true;
     return result;
 }
 
@@ -651,12 +697,7 @@ void ColorUtils::convertTrelColorToDMX(TrelColor &color, bool rgbPassThrough, in
                                        unsigned char *out, int curveType, int onboardCurve, HuelockProfileID profile,
                                        IOModeID ioMode)
 {
-    bool solvedFromColor = false;
-    const std::unique_ptr<double[]> levels(convertTrelColorToNChannelF(
-        solvedFromColor, color, rgbPassThrough, channelCount, profile, ioMode, true, onboardCurve));
-    const bool solved = color.spec() == TrelColor::Yxy || solvedFromColor;
-    applyCurve(channelCount, resolution, levels.get(), out, solved ? onboardCurve : curveType,
-               solved ? PRE_COMPENSATION : SOFTWARE_CURVE);
+    toDmx(color, rgbPassThrough, channelCount, resolution, out, curveType, onboardCurve, profile, ioMode);
 }
 
 QList<unsigned char> ColorUtils::updateBuffer(int curveType, int onboardCurve, const TrelColor &color,
@@ -665,12 +706,9 @@ QList<unsigned char> ColorUtils::updateBuffer(int curveType, int onboardCurve, c
 {
     if (channelCount < 1 || resolution < 1)
         return {};
-    // ODD-42: nothing ever lies under the colour.
-    TrelColor working(0u, 0u, 0u, 65535u);
+    // ODD-42: nothing ever lies under the colour, which therefore is converted as it is.
     std::vector<unsigned char> buffer(std::size_t(channelCount) * std::size_t(resolution));
-    updateColor(working, color);
-    convertTrelColorToDMX(working, rgbPassThrough, channelCount, resolution, buffer.data(), curveType, onboardCurve,
-                          profile, ioMode);
+    toDmx(color, rgbPassThrough, channelCount, resolution, buffer.data(), curveType, onboardCurve, profile, ioMode);
     return QList<unsigned char>(buffer.cbegin(), buffer.cend());
 }
 

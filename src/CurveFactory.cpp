@@ -38,7 +38,8 @@ CurveFactory::~CurveFactory()
 
 Curve *CurveFactory::getCurve(int type) const
 {
-    return m_curves.value(type, m_curves.value(0));
+    const bool isCurve = type >= 0 && std::size_t(type) < m_curves.size();
+    return m_curves[isCurve ? std::size_t(type) : 0];
 }
 
 QString CurveFactory::nameForCurveType(int type) const
@@ -59,7 +60,5 @@ int CurveFactory::curveTypeFromName(QString name) const
 
 void CurveFactory::createCurves()
 {
-    m_curves.insert(0, new Curve);
-    m_curves.insert(1, new GammaCurveTrelNormal);
-    m_curves.insert(2, new GammaCurveTungsten);
+    m_curves = {new Curve, new GammaCurveTrelNormal, new GammaCurveTungsten};
 }

@@ -2,8 +2,9 @@
 
 #include "Curve.h"
 
-#include <QMap>
 #include <QString>
+
+#include <array>
 
 /// The registry of the dimming curves, by curve type:
 /// 0 "Linear (Default)", 1 "Normal (Trel Gamma)", 2 "Tungsten/Incandescent".
@@ -32,5 +33,5 @@ private:
 
     static CurveFactory *m_instance;
 
-    QMap<int, Curve *> m_curves;
+    std::array<Curve *, 3> m_curves = {};
 };

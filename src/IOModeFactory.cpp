@@ -63,7 +63,8 @@ IOModeFactory::~IOModeFactory()
 
 IOMode *IOModeFactory::ioMode(ColorUtils::IOModeID id) const
 {
-    return m_modes.value(id, nullptr);
+    const bool isMode = id >= 0 && std::size_t(id) < m_modes.size();
+    return isMode ? m_modes[std::size_t(id)] : nullptr;
 }
 
 QString IOModeFactory::nameForIOModeID(ColorUtils::IOModeID id) const
@@ -96,7 +97,7 @@ void IOModeFactory::populate()
     const QList<ColorUtils::HueLockMode> settings[] = {
         {ColorUtils::HUELOCK_ON, ColorUtils::HUELOCK_OFF}, {ColorUtils::HUELOCK_ON}, {ColorUtils::HUELOCK_OFF}};
     for (const ModeRow &row : MODES) {
-        m_modes.insert(row.id, new IOMode(row.id, QObject::tr(row.name), row.is3toN, row.isNtoN, row.input,
-                                          settings[row.calibration]));
+        m_modes[std::size_t(row.id)] =
+            new IOMode(row.id, QObject::tr(row.name), row.is3toN, row.isNtoN, row.input, settings[row.calibration]);
     }
 }

@@ -3,6 +3,8 @@
 #include "ColorUtils.h"
 #include "IOMode.h"
 
+#include <array>
+
 /// The registry of the ten I/O modes: filled once, constant afterwards.
 class TREL_EXPORT IOModeFactory
 {
@@ -35,5 +37,5 @@ private:
 
     static IOModeFactory *m_instance;
 
-    QMap<ColorUtils::IOModeID, IOMode *> m_modes;
+    std::array<IOMode *, ColorUtils::SINGLE_CHANNEL_IN_OUT + 1> m_modes = {};
 };
