@@ -2,6 +2,7 @@
 
 #include "FullScale_p.h"
 #include "TristimulusFactory.h"
+#include "ValueText_p.h"
 
 #include <QDataStream>
 #include <QDebug>
@@ -101,20 +102,66 @@ void exportLevels(const QVector<unsigned int> &words, Level alpha, Convert conve
 template <typename Level, typename Convert>
 QVector<unsigned int> importLevels(const QVector<Level> &levels, Convert convert)
 {
-    QVector<unsigned int> words;
-    words.reserve(levels.size());
-    for (int i = 1; i < int(levels.size()); ++i)
-        words.append(convert(levels.at(i)));
+    QVector<unsigned int> words(levels.size() - 1);
+    std::transform(levels.cbegin() + 1, levels.cend(), words.begin(), convert);
     return words;
 }
 
+constexpr signed char hexValue(int character)
+{
+    if (character >= '0' && character <= '9')
+        return static_cast<signed char>(character - '0');
+    if (character >= 'a' && character <= 'f')
+        return static_cast<signed char>(character - 'a' + 10);
+    if (character >= 'A' && character <= 'F')
+        return static_cast<signed char>(character - 'A' + 10);
+    return -1;
+}
+
+/// hexValue() of every character up to U+00FF: digits follow no pattern that a branch could be predicted from.
+constexpr auto HEX_VALUES = [] {
+    std::array<signed char, 256> values = {};
+    for (std::size_t c = 0; c < values.size(); ++c)
+        values[c] = hexValue(int(c));
+    return values;
+}();
+
+int hexDigit(char digit)
+{
+    return HEX_VALUES[static_cast<unsigned char>(digit)];
+}
+
+/// \pre the character is at most U+00FF.
+int hexDigit(QChar digit)
+{
+    return HEX_VALUES[digit.unicode()];
+}
+
 /// The digits at \a s as a component; a wrong digit sets every bit from its place up.
-unsigned int hexComponent(const char *s, int digits)
+template <int digits, typename Character>
+unsigned int hexComponent(const Character *s)
 {
     unsigned int component = 0;
     for (int i = 0; i < digits; ++i)
-        component |= unsigned(h2i(s[i])) << (4 * (digits - 1 - i));
+        component |= unsigned(hexDigit(s[i])) << (4 * (digits - 1 - i));
     return component;
+}
+
+/// The components that \a length digits give.
+template <typename Character>
+void readHexDigits(const Character *place, std::size_t length, unsigned int *argb)
+{
+    if (length != 6 && length != 8 && length != 12 && length != 16) {
+        // ODD-23: not refused here, but by the range check of whoever takes the components.
+        argb[0] = 0;
+        std::fill_n(argb + 1, 3, 0xFFFFFFFF);
+        return;
+    }
+    const bool withAlpha = length == 8 || length == 16;
+    const bool areBytes = length == 6 || length == 8;
+    argb[0] = 65535;
+    for (int component = withAlpha ? 0 : 1; component < 4; ++component, place += areBytes ? 2 : 4)
+        argb[component] = areBytes ? hexComponent<2>(place) * 257 : hexComponent<4>(place);
 }
 
 } // namespace
@@ -789,17 +836,31 @@ QString TrelColor::aName() const
     case Rgb:
     case Hsv: {
         const TrelColor color = toRgb16(true);
-        return QString::asprintf("aRgb;%d;%d;#%04x%04x%04x%04x", m_channelConfiguration, m_profile, alpha16(),
-                                 color.red16(), color.green16(), color.blue16());
+        TextWriter writer(QLatin1String("aRgb"), 1, m_channelConfiguration, m_profile);
+        writer.append(';');
+        writer.append('#');
+        for (const unsigned int component : {alpha16(), color.red16(), color.green16(), color.blue16()})
+            writer.appendHex(component);
+        return writer.text();
     }
-    case Yxy:
-        return QString::asprintf("aYxy;%d;%d;%u;%f;%f;%f", m_channelConfiguration, m_profile, alpha16(), real(YReal),
-                                 real(xReal), real(yReal));
+    case Yxy: {
+        const qint64 millionths[] = {millionthsOf(real(YReal)), millionthsOf(real(xReal)), millionthsOf(real(yReal))};
+        if (std::count(std::begin(millionths), std::end(millionths), NO_MILLIONTHS) > 0)
+            return QString::asprintf("aYxy;%d;%d;%u;%f;%f;%f", m_channelConfiguration, m_profile, alpha16(),
+                                     real(YReal), real(xReal), real(yReal));
+        TextWriter writer(QLatin1String("aYxy"), 4, m_channelConfiguration, m_profile);
+        writer.appendField(alpha16());
+        for (const qint64 value : millionths)
+            writer.appendMillionths(value);
+        return writer.text();
+    }
     case Nchannel: {
-        QString text = QString::asprintf("aNchannel;%d;%d;%u", m_channelConfiguration, m_profile, alpha16());
+        TextWriter writer(QLatin1String("aNchannel"), int(m_levels.size()) + 2, m_channelConfiguration, m_profile);
+        writer.appendField(alpha16());
         for (const unsigned int level : m_levels)
-            text += QString::asprintf(";%u", unsigned(FullScale::to16(level)));
-        return text + QString::asprintf(";%u", m_words[FirstWord]);
+            writer.appendField(unsigned(FullScale::to16(level)));
+        writer.appendField(m_words[FirstWord]);
+        return writer.text();
     }
     default:
         return QString();
@@ -809,7 +870,10 @@ QString TrelColor::aName() const
 QString TrelColor::name() const
 {
     const TrelColor color = toRgb16(true);
-    return QString::asprintf("#%04x%04x%04x", color.red16(), color.green16(), color.blue16());
+    TextWriter writer(QLatin1String("#"), 1);
+    for (const unsigned int component : {color.red16(), color.green16(), color.blue16()})
+        writer.appendHex(component);
+    return writer.text();
 }
 
 QString TrelColor::name8() const
@@ -874,40 +938,7 @@ TrelColor TrelColor::toHsv16() const
 {
     if (m_spec == Invalid || m_spec == Hsv)
         return *this;
-    if (m_spec != Rgb)
-        return toRgb16(true).toHsv16();
-
-    const double r = redF();
-    const double g = greenF();
-    const double b = blueF();
-    const double max = r > g && r > b ? r : qMax(g, b);
-    const double min = g > r && b > r ? r : qMin(g, b);
-    const double delta = max - min;
-    const unsigned int value = FullScale::fromReal(max);
-
-    TrelColor result = *this;
-    if (qFuzzyCompare(1 + delta, 1.0)) {
-        result.store(Hsv, {unsigned(ACHROMATIC), 0, value}, m_alpha, m_profile);
-    } else {
-        double h = 0;
-        if (qFuzzyCompare(r, max))
-            h = (g - b) / delta;
-        else if (qFuzzyCompare(g, max))
-            h = (b - r) / delta + 2;
-        else if (qFuzzyCompare(b, max))
-            h = (r - g) / delta + 4;
-#ifndef QT_NO_DEBUG
-        else
-            Q_ASSERT_X(false, "TrelColor::toHsv16", "internal error");
-#endif
-        h *= 60;
-        if (h < 0)
-            h += 360;
-        result.store(Hsv, {FullScale::toUInt32(h * 100 + 0.5), FullScale::fromReal(delta / max), value}, m_alpha,
-                     m_profile);
-    }
-    result.m_channelConfiguration = m_channelConfiguration;
-    return result;
+    return m_spec == Rgb ? hsvFromRgb() : toRgb16(true).hsvFromRgb();
 }
 
 TrelColor TrelColor::toYxy(ColorUtils::ChannelConfiguration configuration, ColorUtils::HuelockProfileID profile,
@@ -1223,8 +1254,7 @@ void TrelColor::store(Spec spec, const std::array<unsigned int, 3> &words, unsig
     m_profile = profile;
     m_spec = spec;
     m_alpha = alpha;
-    m_words.fill(0);
-    std::copy(words.cbegin(), words.cend(), m_words.begin());
+    m_words = {words[0], words[1], words[2]};
     m_levels.clear();
 }
 
@@ -1319,6 +1349,35 @@ void TrelColor::setYxyComponent(Real place, double value)
     storeYxy(components[0], components[1], components[2], m_profile);
 }
 
+/// The result of toHsv16(). \pre the colour is #Rgb.
+TrelColor TrelColor::hsvFromRgb() const
+{
+    // Of the words, since unequal ones are further apart as reals than a fuzzy comparison overlooks.
+    const unsigned int words[] = {m_words[FirstWord], m_words[SecondWord], m_words[ThirdWord]};
+    const unsigned int max = std::max({words[0], words[1], words[2]});
+    const unsigned int min = std::min({words[0], words[1], words[2]});
+    unsigned int hue = unsigned(ACHROMATIC);
+    unsigned int saturation = 0;
+    if (max != min) {
+        const int largest = max == words[0] ? 0 : max == words[1] ? 1 : 2;
+#ifndef QT_NO_DEBUG
+        Q_ASSERT_X(max == words[largest], "TrelColor::toHsv16", "internal error");
+#endif
+        const double top = FullScale::toReal(max);
+        const double delta = top - FullScale::toReal(min);
+        const double ahead = FullScale::toReal(words[(largest + 1) % 3]);
+        const double behind = FullScale::toReal(words[(largest + 2) % 3]);
+        const double h = ((ahead - behind) / delta + 2 * largest) * 60;
+        hue = FullScale::toUInt32((h < 0 ? h + 360 : h) * 100 + 0.5);
+        saturation = FullScale::fromReal(delta / top);
+    }
+
+    TrelColor result;
+    result.store(Hsv, {hue, saturation, max}, m_alpha, m_profile);
+    result.m_channelConfiguration = m_channelConfiguration;
+    return result;
+}
+
 /// \pre the colour is #Hsv. The result has configuration CONFIG_RGB; alpha and profile are the caller's to set.
 TrelColor TrelColor::rgbFromHsv() const
 {
@@ -1349,59 +1408,61 @@ TrelColor TrelColor::rgbFromHsv() const
 }
 
 /// \a text contains ";".
-void TrelColor::setValueString(const QString &text)
+void TrelColor::setValueString(QStringView text)
 {
-    const QStringList parts = text.split(QLatin1Char(';'));
-    const int count = int(parts.size());
-    if (count < 4) {
+    Fields fields(text);
+    if (fields.left() < 4) {
         invalidate();
         return;
     }
-    m_channelConfiguration = ColorUtils::ChannelConfiguration(parts.at(1).toInt());
-    m_profile = ColorUtils::HuelockProfileID(parts.at(2).toInt());
+    const QStringView form = fields.next();
+    const auto configuration = ColorUtils::ChannelConfiguration(fields.nextInt());
+    const auto profile = ColorUtils::HuelockProfileID(fields.nextInt());
 
-    const QString &form = parts.at(0);
     if (form == QLatin1String("aRgb")) {
-        // ODD-21: setting the components resets configuration and profile.
-        if (count == 4 && parts.at(3).startsWith(QLatin1Char('#')))
-            setPlainName(parts.at(3));
+        // ODD-21: configuration and profile are not restored.
+        const bool isLast = fields.left() == 1;
+        const QStringView digits = fields.next();
+        if (isLast && digits.startsWith(QLatin1Char('#')))
+            setPlainName(digits);
         else
             invalidate();
     } else if (form == QLatin1String("aYxy")) {
-        // ODD-22: the configuration stays, the profile does not.
-        if (count == 7)
-            setYxy16(parts.at(4).toDouble(), parts.at(5).toDouble(), parts.at(6).toDouble(), parts.at(3).toUInt(),
-                     ColorUtils::GENERIC_RGB);
-        else
+        if (fields.left() != 4) {
             invalidate();
+            return;
+        }
+        const unsigned int alpha = fields.nextUInt();
+        const double Y = fields.nextReal();
+        const double x = fields.nextReal();
+        const double y = fields.nextReal();
+        // ODD-22: the configuration stays, the profile does not.
+        m_channelConfiguration = configuration;
+        setYxy16(Y, x, y, alpha, ColorUtils::GENERIC_RGB);
     } else if (form == QLatin1String("aNchannel")) {
-        setNChannelParts(parts);
+        // Alpha and levels, then the render type.
+        if (fields.left() < 2) {
+            invalidate();
+            return;
+        }
+        m_spec = Nchannel;
+        setAlpha16(fields.nextUInt());
+        QVector<unsigned int> levels(fields.left() - 1);
+        for (unsigned int &level : levels)
+            level = FullScale::from16(fields.nextUInt());
+        storeLevels(std::move(levels), configuration, profile);
+        setNChannelRenderType(NChannelRenderType(int(fields.nextUInt())));
     } else {
         setPlainName(text);
     }
 }
 
-/// Configuration and profile are set; alpha and levels stand from part 3 on, the render type is last.
-void TrelColor::setNChannelParts(const QStringList &parts)
-{
-    constexpr int FIRST_LEVEL = 3;
-    QVector<unsigned int> levels;
-    for (int i = FIRST_LEVEL; i < int(parts.size()) - 1; ++i)
-        levels.append(parts.at(i).toUInt());
-    if (levels.isEmpty()) {
-        invalidate();
-        return;
-    }
-    setNChannel16(levels, m_channelConfiguration, m_profile);
-    setNChannelRenderType(NChannelRenderType(int(parts.last().toUInt())));
-}
-
 /// A hexadecimal name or a colour name of Qt's.
-void TrelColor::setPlainName(const QString &text)
+void TrelColor::setPlainName(QStringView text)
 {
     if (text.startsWith(QLatin1Char('#'))) {
         unsigned int argb[4];
-        if (get_hex_rgb16(text.constData(), int(text.size()), argb))
+        if (get_hex_rgb16(text.data(), int(text.size()), argb))
             setRgb16(argb[1], argb[2], argb[3], argb[0], ColorUtils::GENERIC_RGB);
         else
             invalidate();
@@ -1467,41 +1528,24 @@ bool get_hex_rgb16(const char *s, unsigned int *argb)
 {
     if (!s || s[0] != '#')
         return false;
-    const std::size_t length = std::strlen(s + 1);
-    const bool withAlpha = length == 8 || length == 16;
-    const int digits = length == 6 || length == 8 ? 2 : 4;
-    if (length != 6 && length != 8 && length != 12 && length != 16) {
-        // ODD-23: not refused here, but by the range check of whoever takes the components.
-        argb[0] = 0;
-        std::fill_n(argb + 1, 3, 0xFFFFFFFF);
-        return true;
-    }
-    const unsigned int repeat = digits == 2 ? 257 : 1;
-    const char *place = s + 1;
-    argb[0] = 65535;
-    for (int component = withAlpha ? 0 : 1; component < 4; ++component, place += digits)
-        argb[component] = hexComponent(place, digits) * repeat;
+    readHexDigits(s + 1, std::strlen(s + 1), argb);
     return true;
 }
 
 bool get_hex_rgb16(const QChar *s, int length, unsigned int *argb)
 {
     constexpr int LONGEST = 17;
-    if (length > LONGEST)
+    if (length < 1 || length > LONGEST)
         return false;
-    char bytes[LONGEST + 1] = {};
-    for (int i = 0; i < length; ++i)
-        bytes[i] = s[i].unicode() > 255 ? '\0' : char(s[i].unicode());
-    return get_hex_rgb16(bytes, argb);
+    const auto isEnd = [](QChar character) { return character.isNull() || character.unicode() > 255; };
+    const QChar *end = std::find_if(s, s + length, isEnd);
+    if (s == end || *s != QLatin1Char('#'))
+        return false;
+    readHexDigits(s + 1, std::size_t(end - s - 1), argb);
+    return true;
 }
 
 int h2i(char digit)
 {
-    if (digit >= '0' && digit <= '9')
-        return digit - '0';
-    if (digit >= 'a' && digit <= 'f')
-        return digit - 'a' + 10;
-    if (digit >= 'A' && digit <= 'F')
-        return digit - 'A' + 10;
-    return -1;
+    return hexDigit(digit);
 }

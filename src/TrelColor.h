@@ -467,10 +467,10 @@ private:
     void setComponentF(Word place, double value);
     void setYxyComponent(Real place, double value);
 
+    TrelColor hsvFromRgb() const;
     TrelColor rgbFromHsv() const;
-    void setValueString(const QString &text);
-    void setNChannelParts(const QStringList &parts);
-    void setPlainName(const QString &text);
+    void setValueString(QStringView text);
+    void setPlainName(QStringView text);
     static TrelColor scaledByAlpha(const TrelColor &color, double (*scaled)(double value, double alpha));
 
     ColorUtils::ChannelConfiguration m_channelConfiguration;
