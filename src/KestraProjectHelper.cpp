@@ -84,12 +84,16 @@ bool KestraProjectHelper::loadList(const QDomElement &list, QString &error, doub
         error = tr("Expected TrelColorLibrary element");
         return false;
     }
+    // Made once, since a list may hold very many colours.
+    const QString uidAttribute = QLatin1String(COLOR_UID_ATTRIBUTE);
+    const QString nameAttribute = QLatin1String(COLOR_NAME_ATTRIBUTE);
+    const QString valueAttribute = QLatin1String(COLOR_VALUE_ATTRIBUTE);
+    const QString presetAttribute = QLatin1String(COLOR_ORIGINATING_PRESET_ATTRIBUTE);
+    const QString vendorAttribute = QLatin1String(COLOR_VENDOR_ID_ATTRIBUTE);
     for (int count = 0; !color.isNull(); color = color.nextSiblingElement(tag), ++count) {
-        const QString uid = color.attribute(QLatin1String(COLOR_UID_ATTRIBUTE));
-        Q_EMIT insertColor(uid, color.attribute(QLatin1String(COLOR_NAME_ATTRIBUTE), missing),
-                           color.attribute(QLatin1String(COLOR_VALUE_ATTRIBUTE), missing),
-                           color.attribute(QLatin1String(COLOR_ORIGINATING_PRESET_ATTRIBUTE)), listName,
-                           color.attribute(QLatin1String(COLOR_VENDOR_ID_ATTRIBUTE)));
+        const QString uid = color.attribute(uidAttribute);
+        Q_EMIT insertColor(uid, color.attribute(nameAttribute, missing), color.attribute(valueAttribute, missing),
+                           color.attribute(presetAttribute), listName, color.attribute(vendorAttribute));
         if (listName.isEmpty() && count < OLD_UIDS_OF_A_LIST && version < FIRST_VERSION_WITHOUT_OLD_UIDS)
             oldUids.append(uid);
     }

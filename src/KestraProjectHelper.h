@@ -66,5 +66,7 @@ Q_SIGNALS:
     void foundOldPreset(const QString &name);
 
 private:
+    friend class TrelColorLibrary; // which reads on behind a list that cannot be read
+
     bool loadList(const QDomElement &list, QString &error, double version, QStringList &oldUids);
 };

@@ -95,17 +95,6 @@ bool wouldBeSaved(const QDomElement &list)
     return true;
 }
 
-/// \a list alone in a document of its own, with its colours but without lists inside it.
-QDomDocument documentOf(const QDomElement &list)
-{
-    QDomDocument document;
-    QDomNode copy = document.appendChild(document.importNode(list, false));
-    const QString tag = QLatin1String(COLOR_ROOT_ELEMENT);
-    for (QDomElement color = list.firstChildElement(tag); !color.isNull(); color = color.nextSiblingElement(tag))
-        copy.appendChild(document.importNode(color, false));
-    return document;
-}
-
 } // namespace
 
 /// An operation that sets several values: it saves once, at its end, and leaves the host's own batch as it is.
@@ -815,13 +804,7 @@ QModelIndex TrelColorLibrary::indexOf(TrelColorLibraryItem *item) const
 
 TrelColorLibraryItem *TrelColorLibrary::listItem(const QString &listId) const
 {
-    if (!rootItem || !rootItem->hasChildNamed(listId))
-        return nullptr;
-    for (int row = 0; row < rootItem->childCount(); ++row) {
-        if (rootItem->child(row)->displayName() == listId)
-            return rootItem->child(row);
-    }
-    return nullptr;
+    return rootItem ? rootItem->firstChildNamed(listId) : nullptr;
 }
 
 /// The colour with \a uid; null for none and for an empty uid.
@@ -853,8 +836,7 @@ void TrelColorLibrary::triggerSave()
         saveUserColors();
 }
 
-/// Adds the lists of a user file, each through a document of its own, so that one that cannot be read does not
-/// hide those behind it.
+/// Adds the lists of a user file, each for itself, so that one that cannot be read does not hide those behind it.
 /// \return whether everything in them arrived.
 bool TrelColorLibrary::loadLists(const QDomDocument &document, double version)
 {
@@ -867,10 +849,9 @@ bool TrelColorLibrary::loadLists(const QDomDocument &document, double version)
     const QDomNodeList lists = document.elementsByTagName(QLatin1String(COLOR_LIBRARY_ROOT));
     for (int i = 0; i < lists.count(); ++i) {
         const QDomElement list = lists.at(i).toElement();
-        QDomDocument alone = documentOf(list);
         QString error;
         QStringList oldUids;
-        helper.loadDocument(alone, error, version, oldUids);
+        helper.loadList(list, error, version, oldUids);
         isWhole = isWhole && wouldBeSaved(list);
     }
     return isWhole && !m_metLoss;

@@ -35,12 +35,55 @@ QString firstFree(const QString &name, IsTaken isTaken)
     return numbered(name, number);
 }
 
+bool isAbove(const TrelColorLibraryItem *a, const TrelColorLibraryItem *b)
+{
+    return a->row() < b->row();
+}
+
 QString newColorName()
 {
     return QStringLiteral("Color");
 }
 
 } // namespace
+
+TrelColorLibraryItem *TrelColorLibraryItem::ChildrenByText::first(const QString &text) const
+{
+    const auto children = m_children.constFind(text);
+    return children == m_children.constEnd() ? nullptr : children->first();
+}
+
+bool TrelColorLibraryItem::ChildrenByText::contains(const QString &text) const
+{
+    return m_children.contains(text);
+}
+
+void TrelColorLibraryItem::ChildrenByText::add(const QString &text, TrelColorLibraryItem *child)
+{
+    auto &children = m_children[text];
+    if (children.isEmpty() || children.last()->m_row < child->m_row)
+        children.append(child); // unlike insert(), with room for more
+    else
+        children.insert(std::upper_bound(children.begin(), children.end(), child, isAbove), child);
+}
+
+void TrelColorLibraryItem::ChildrenByText::remove(const QString &text, TrelColorLibraryItem *child)
+{
+    const auto children = m_children.find(text);
+    if (children == m_children.end())
+        return;
+    const auto place = std::lower_bound(children->begin(), children->end(), child, isAbove);
+    if (place == children->end() || *place != child)
+        return;
+    children->erase(place);
+    if (children->isEmpty())
+        m_children.erase(children);
+}
+
+void TrelColorLibraryItem::ChildrenByText::clear()
+{
+    m_children.clear();
+}
 
 TrelColorLibraryItem::TrelColorLibraryItem(TrelColorLibraryItem *parent, bool flag)
     : m_parent(parent)
@@ -198,8 +241,10 @@ void TrelColorLibraryItem::removeChildren(int position, int count)
         return;
     Q_ASSERT_X(position >= 0 && count <= childCount() - position, "QList<T>::at", "index out of range");
     const QList<TrelColorLibraryItem *> removed = childItems.mid(position, count);
+    // From the end, so that among many of the same name or uid each is the last.
+    std::for_each(removed.crbegin(), removed.crend(),
+                  [this](TrelColorLibraryItem *child) { removeFromIndexes(child); });
     for (TrelColorLibraryItem *child : removed) {
-        removeFromIndexes(child);
         child->m_parent = nullptr; // it may outlive this item until the event loop deletes it
         child->deleteLater();
     }
@@ -219,13 +264,17 @@ TrelColorLibraryItem *TrelColorLibraryItem::childWithExplicitColor(const QString
 
 TrelColorLibraryItem *TrelColorLibraryItem::firstChildWithUid(const QString &uid) const
 {
-    const auto children = m_childrenByUid.constFind(uid);
-    return children == m_childrenByUid.constEnd() ? nullptr : children->first();
+    return m_childrenByUid.first(uid);
+}
+
+TrelColorLibraryItem *TrelColorLibraryItem::firstChildNamed(const QString &name) const
+{
+    return m_childrenByName.first(name);
 }
 
 bool TrelColorLibraryItem::hasChildNamed(const QString &name) const
 {
-    return m_names.contains(name);
+    return m_childrenByName.contains(name);
 }
 
 QString TrelColorLibraryItem::freeChildName(const QString &name) const
@@ -252,9 +301,10 @@ void TrelColorLibraryItem::setDisplayName(const QString &name)
 {
     if (name.isEmpty())
         return;
-    if (m_parent && m_parent->child(m_row) == this) {
-        m_parent->removeName(m_displayName);
-        m_parent->addName(name);
+    if (isChild()) {
+        m_parent->m_childrenByName.remove(m_displayName, this);
+        m_parent->giveBackNumber(m_displayName);
+        m_parent->m_childrenByName.add(name, this);
     }
     m_displayName = name;
     // ODD-59: under another name it is another colour, of no preset and no vendor.
@@ -269,12 +319,11 @@ QString TrelColorLibraryItem::getUid() const
 
 void TrelColorLibraryItem::setUid(const QString &uid)
 {
-    const bool isChild = m_parent && m_parent->child(m_row) == this;
-    if (isChild)
-        m_parent->removeUid(this);
+    if (isChild()) {
+        m_parent->m_childrenByUid.remove(m_uid, this);
+        m_parent->m_childrenByUid.add(uid, this);
+    }
     m_uid = uid;
-    if (isChild)
-        m_parent->addUid(this);
 }
 
 QString TrelColorLibraryItem::getExplicitColorString() const
@@ -368,7 +417,7 @@ QString TrelColorLibraryItem::createColor(const TrelColor &color, const QString 
 
 QString TrelColorLibraryItem::createExplicitColor(const TrelColor &color, QString value)
 {
-    TrelColorLibraryItem *child = appendNewChild(value, EXPLICIT_COLOR_ITEM);
+    TrelColorLibraryItem *child = appendNewChild(value, EXPLICIT_COLOR_ITEM, QString());
     child->setExplicitColorString(value);
     child->setTrelColor(color);
     return value;
@@ -379,8 +428,7 @@ bool TrelColorLibraryItem::set(const QString &uidAndValue, const TrelColor &colo
     if (!color.isValid())
         return false;
     // ODD-60: a child that has the uid already stays beside the new one.
-    TrelColorLibraryItem *child = appendNewChild(uidAndValue, UID_COLOR_ITEM);
-    child->setUid(uidAndValue);
+    TrelColorLibraryItem *child = appendNewChild(uidAndValue, UID_COLOR_ITEM, QString());
     child->setTrelColor(color);
     return true;
 }
@@ -461,12 +509,16 @@ void TrelColorLibraryItem::handleInsertColor(QString uid, QString name, QString 
     child->setVendorID(vendorID);
 }
 
-/// A new last child of \a type, entered in the index under \a indexKey.
-TrelColorLibraryItem *TrelColorLibraryItem::appendNewChild(const QString &indexKey, ItemType type)
+/// A new last child of \a type, entered in the index under \a indexKey, which is a #UID_COLOR_ITEM's uid.
+TrelColorLibraryItem *TrelColorLibraryItem::appendNewChild(const QString &indexKey, ItemType type, const QString &name)
 {
     auto *child = new TrelColorLibraryItem(this, false);
     child->m_type = type;
     child->m_indexKey = indexKey;
+    // Before it is a child, so that it enters each index once.
+    child->m_displayName = name;
+    if (type == UID_COLOR_ITEM)
+        child->m_uid = indexKey;
     appendChild(child);
     childIndex.insert(indexKey, child);
     return child;
@@ -476,69 +528,48 @@ QString TrelColorLibraryItem::appendColor(const TrelColor &color, const QString 
                                           const QString &originatingPreset, const QString &vendorID)
 {
     const QString identifier = uid.isEmpty() ? QUuid::createUuid().toString() : uid;
-    TrelColorLibraryItem *child = appendNewChild(identifier, UID_COLOR_ITEM);
-    child->setUid(identifier);
+    TrelColorLibraryItem *child = appendNewChild(identifier, UID_COLOR_ITEM, name);
     child->setTrelColor(color);
-    // In this order: a new name clears the other two.
-    child->setDisplayName(name);
     child->setOriginatingPreset(originatingPreset);
-    if (!vendorID.isEmpty())
-        child->setVendorID(vendorID);
+    child->setVendorID(vendorID);
     return identifier;
+}
+
+/// Whether it stands among its parent's children, which not every item with a parent does.
+bool TrelColorLibraryItem::isChild() const
+{
+    return m_parent && m_parent->child(m_row) == this;
 }
 
 /// \pre \a child stands among the children, with its row.
 void TrelColorLibraryItem::addToIndexes(TrelColorLibraryItem *child)
 {
-    addName(child->m_displayName);
-    addUid(child);
+    m_childrenByName.add(child->m_displayName, child);
+    m_childrenByUid.add(child->m_uid, child);
 }
 
 void TrelColorLibraryItem::removeFromIndexes(TrelColorLibraryItem *child)
 {
-    removeName(child->m_displayName);
-    removeUid(child);
+    m_childrenByName.remove(child->m_displayName, child);
+    giveBackNumber(child->m_displayName);
+    m_childrenByUid.remove(child->m_uid, child);
     // A later child may have taken the key over.
     const auto entry = childIndex.find(child->m_indexKey);
     if (entry != childIndex.end() && entry.value() == child)
         childIndex.erase(entry);
 }
 
-void TrelColorLibraryItem::addUid(TrelColorLibraryItem *child)
+/// Lets freeChildName() know that the last child of this name may just have gone.
+void TrelColorLibraryItem::giveBackNumber(const QString &name)
 {
-    QVector<TrelColorLibraryItem *> &children = m_childrenByUid[child->m_uid];
-    const auto place = std::upper_bound(
-        children.begin(), children.end(), child,
-        [](const TrelColorLibraryItem *a, const TrelColorLibraryItem *b) { return a->m_row < b->m_row; });
-    children.insert(place, child);
-}
-
-void TrelColorLibraryItem::removeUid(TrelColorLibraryItem *child)
-{
-    const auto children = m_childrenByUid.find(child->m_uid);
-    if (children == m_childrenByUid.end())
+    if (m_freeNumbers.isEmpty() || hasChildNamed(name))
         return;
-    children->removeOne(child);
-    if (children->isEmpty())
-        m_childrenByUid.erase(children);
-}
-
-void TrelColorLibraryItem::addName(const QString &name)
-{
-    ++m_names[name];
-}
-
-void TrelColorLibraryItem::removeName(const QString &name)
-{
-    const auto count = m_names.find(name);
-    if (count == m_names.end() || --count.value() > 0)
-        return;
-    m_names.erase(count);
-    // "base n" is free again.
     const int space = int(name.lastIndexOf(' '));
+    if (space < 0)
+        return;
     bool isNumber = false;
     const int number = name.mid(space + 1).toInt(&isNumber);
-    const auto numbers = space < 0 || !isNumber ? m_freeNumbers.end() : m_freeNumbers.find(name.left(space));
+    const auto numbers = isNumber ? m_freeNumbers.find(name.left(space)) : m_freeNumbers.end();
     if (numbers != m_freeNumbers.end() && number >= FIRST_NUMBER && number < numbers->mark)
         numbers->givenBack.insert(number);
 }
@@ -548,7 +579,7 @@ void TrelColorLibraryItem::clearChildren()
     qDeleteAll(childItems);
     childItems.clear();
     childIndex.clear();
-    m_names.clear();
+    m_childrenByName.clear();
     m_childrenByUid.clear();
     m_freeNumbers.clear();
 }

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QPixmap>
 #include <QStringList>
+#include <QVarLengthArray>
 #include <QVariant>
 
 #include <optional>
@@ -89,6 +90,8 @@ public:
     TrelColorLibraryItem *childWithExplicitColor(const QString &value) const;
     /// The first child in row order whose uid is \a uid now; null for none.
     TrelColorLibraryItem *firstChildWithUid(const QString &uid) const;
+    /// The first child in row order whose display name is \a name; null for none.
+    TrelColorLibraryItem *firstChildNamed(const QString &name) const;
     /// Whether a child has display name \a name.
     bool hasChildNamed(const QString &name) const;
     /// \a name, or the first of "name 2", "name 3", … that no child has.
@@ -184,15 +187,28 @@ private:
         std::set<int> givenBack;
     };
 
-    TrelColorLibraryItem *appendNewChild(const QString &indexKey, ItemType type);
+    /// The children of each text, in row order. Nearly always that is one, which stands in the hash itself.
+    class ChildrenByText
+    {
+    public:
+        /// The first child in row order; null for none.
+        TrelColorLibraryItem *first(const QString &text) const;
+        bool contains(const QString &text) const;
+        void add(const QString &text, TrelColorLibraryItem *child);
+        void remove(const QString &text, TrelColorLibraryItem *child);
+        void clear();
+
+    private:
+        QHash<QString, QVarLengthArray<TrelColorLibraryItem *, 1>> m_children;
+    };
+
+    TrelColorLibraryItem *appendNewChild(const QString &indexKey, ItemType type, const QString &name);
+    bool isChild() const;
     QString appendColor(const TrelColor &color, const QString &uid, const QString &name,
                         const QString &originatingPreset, const QString &vendorID);
     void addToIndexes(TrelColorLibraryItem *child);
     void removeFromIndexes(TrelColorLibraryItem *child);
-    void addUid(TrelColorLibraryItem *child);
-    void removeUid(TrelColorLibraryItem *child);
-    void addName(const QString &name);
-    void removeName(const QString &name);
+    void giveBackNumber(const QString &name);
     void clearChildren();
     void numberRows(int first);
 
@@ -212,9 +228,9 @@ private:
     QString m_originatingPreset;
 
     // Derived, so that lists grow in linear time: always what a walk over the children would find.
-    QHash<QString, int> m_names;                                     ///< children by display name, counted
-    QHash<QString, QVector<TrelColorLibraryItem *>> m_childrenByUid; ///< in row order
-    mutable QHash<QString, FreeNumbers> m_freeNumbers;               ///< by name, of those once asked for
-    QString m_indexKey;                                              ///< this item's key in the parent's childIndex
+    ChildrenByText m_childrenByName;
+    ChildrenByText m_childrenByUid;
+    mutable QHash<QString, FreeNumbers> m_freeNumbers; ///< by name, of those once asked for
+    QString m_indexKey;                                ///< this item's key in the parent's childIndex
     int m_row = 0;
 };
