@@ -2,6 +2,7 @@
 
 #include "Chromaticities.h"
 #include "PlainSolver.h"
+#include "ScalarSolver.h"
 
 #include <ColorUtils.h>
 #include <Tristimulus.h>
@@ -20,6 +21,21 @@ namespace {
 using Levels = std::array<double, 5>;
 using Solve = void (*)(const double *Yxy, double *out, ColorUtils::ChannelConfiguration configuration,
                        ColorUtils::HuelockProfileID profile, bool clampToGamut);
+
+/// The library's solver where a machine has no vector instructions.
+void solveByScalars(const double *Yxy, double *out, ColorUtils::ChannelConfiguration configuration,
+                    ColorUtils::HuelockProfileID profile, bool clampToGamut)
+{
+    Tristimulus *data = TristimulusFactory::getInstance()->getTristimulus(profile, configuration);
+    double x = Yxy[1];
+    double y = Yxy[2];
+    if (clampToGamut)
+        data->closestPtOnGamut(Yxy[1], Yxy[2], x, y);
+    const int count = ColorUtils::configChannelCount(configuration);
+    ScalarSolver::mix(data->getX(), data->getY(), data->getZ(), count, x, y, out);
+    for (int c = 0; c < count; ++c)
+        out[c] *= Yxy[0];
+}
 
 /// The same linear programme by GLPK, which keeps its problem and its basis from colour to colour.
 void solveWithGlpk(const double *Yxy, double *out, ColorUtils::ChannelConfiguration configuration,
@@ -113,6 +129,7 @@ void forThreeToFiveEmitters(benchmark::internal::Benchmark *benchmark)
 }
 
 BENCHMARK_CAPTURE(solve, library, ColorUtils::convertYxyToNChannel)->Apply(forThreeToFiveEmitters);
+BENCHMARK_CAPTURE(solve, scalar, solveByScalars)->Apply(forThreeToFiveEmitters);
 BENCHMARK_CAPTURE(solve, plain, PlainSolver::convertYxyToNChannel)->Apply(forThreeToFiveEmitters);
 BENCHMARK_CAPTURE(solve, glpk, solveWithGlpk)->Apply(forThreeToFiveEmitters);
 
