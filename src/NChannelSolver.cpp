@@ -51,7 +51,7 @@ Mixture mixtureFor(double a, double b, const Eliminations<N> &eliminations, std:
 
 bool isLevel(double level)
 {
-    return level > LOWEST_LEVEL && level < HIGHEST_LEVEL;
+    return (level > LOWEST_LEVEL) & (level < HIGHEST_LEVEL);
 }
 
 double snapped(double level)
@@ -72,7 +72,7 @@ void spread(const Pair<N> &pair, std::size_t setting, const Mixture &mixture, do
 template <int N>
 double luminanceOf(const Problem &problem, const Pair<N> &pair, std::size_t setting, const Mixture &mixture)
 {
-    if (!isLevel(mixture.first) || !isLevel(mixture.second))
+    if (!(isLevel(mixture.first) & isLevel(mixture.second))) // one branch, since nothing foretells any of the four
         return 0;
     double levels[N];
     spread<N>(pair, setting, mixture, levels);
