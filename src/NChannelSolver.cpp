@@ -44,6 +44,7 @@ struct Mixture
 template <int N>
 Mixture mixtureFor(double a, double b, const Eliminations<N> &eliminations, std::size_t pair)
 {
+    // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): the AVX2 kernel fills them
     const double m12 = -b - eliminations.f[pair] * -a;
     const double m02 = -a - eliminations.g[pair] * m12;
     return {m02 * eliminations.reciprocal0[pair], m12 * eliminations.reciprocal1[pair]};
@@ -72,7 +73,9 @@ void spread(const Pair<N> &pair, std::size_t setting, const Mixture &mixture, do
 template <int N>
 double luminanceOf(const Problem &problem, const Pair<N> &pair, std::size_t setting, const Mixture &mixture)
 {
-    if (!(isLevel(mixture.first) & isLevel(mixture.second))) // one branch, since nothing foretells any of the four
+    const bool isFirst = isLevel(mixture.first);
+    const bool isSecond = isLevel(mixture.second);
+    if (!(isFirst & isSecond)) // one branch, since nothing foretells either
         return 0;
     double levels[N];
     spread<N>(pair, setting, mixture, levels);
