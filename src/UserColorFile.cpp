@@ -158,7 +158,7 @@ bool UserColorFile::keepConflict() const
     QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    if (m_known && file.size() == m_known->size() && file.readAll() == *m_known)
+    if (file.size() == m_known.size() && file.readAll() == m_known)
         return true;
     file.close();
 

@@ -3,8 +3,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <optional>
-
 /// The user's colour file on disk, saved so that no colour is ever lost: a save leaves the old file or the new
 /// one, whole, and what another process or a failed load would lose is copied aside first.
 class UserColorFile
@@ -29,6 +27,6 @@ private:
     bool keepConflict() const;
 
     QString m_path;
-    std::optional<QByteArray> m_known; ///< the bytes that this process last read or wrote
+    QByteArray m_known; ///< what this process last read or wrote; before that nothing, which no save would lose
     bool m_mustBackUp = false;
 };

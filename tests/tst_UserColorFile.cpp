@@ -50,6 +50,7 @@ private Q_SLOTS:
     void earlierCopiesStay();
     void copyGoesAroundAFolder();
     void oneCopyForARun();
+    void damagedTwiceIsCopiedAside();
     void listThatIsNotSavedIsCopiedAside();
     void copiesDoNotPileUp_data();
     void copiesDoNotPileUp();
@@ -879,6 +880,18 @@ void tst_UserColorFile::oneCopyForARun()
     QCOMPARE(suffixes(), (QStringList{"", ".bak"}));
     nextRun().loadUserColors(QString());
     addColor("n", "New");
+    QCOMPARE(suffixes(), (QStringList{"", ".bak"}));
+}
+
+void tst_UserColorFile::damagedTwiceIsCopiedAside()
+{
+    freshLibrary();
+    writeFile(userFile(), "damaged");
+    library().loadUserColors(QString());
+    writeFile(userFile(), "damaged again");
+    library().loadUserColors(QString());
+    addColor("n", "New");
+    QCOMPARE(bytesOf(userFile() + ".bak"), QByteArray("damaged again"));
     QCOMPARE(suffixes(), (QStringList{"", ".bak"}));
 }
 
