@@ -796,6 +796,7 @@ class tst_TrelColorForms : public TrelTest
 private Q_SLOTS:
     void initTestCase();
 
+    void nChannelGettersLeaveNullPointersAlone();
     void setYxy_data();
     void setYxy();
     void odd13_setYxyWithBadAlphaHoldsTheRest_data();
@@ -871,6 +872,19 @@ private:
 void tst_TrelColorForms::initTestCase()
 {
     QVERIFY(steps().toYxy().isValid());
+}
+
+void tst_TrelColorForms::nChannelGettersLeaveNullPointersAlone()
+{
+    TrelColor color;
+    color.setNChannel16({65535, 1, 2, 3}, ColorUtils::CONFIG_RGB, ColorUtils::PIXELNODE_RGB_CLASS);
+    auto configuration = ColorUtils::CONFIG_UNKNOWN;
+    auto profile = ColorUtils::GENERIC_RGB;
+    color.getNChannelF(nullptr, &configuration, nullptr);
+    color.getNChannel16(nullptr, nullptr, &profile);
+    color.getNChannel8(nullptr, nullptr, nullptr);
+    QCOMPARE(configuration, ColorUtils::CONFIG_RGB);
+    QCOMPARE(profile, ColorUtils::PIXELNODE_RGB_CLASS);
 }
 
 void tst_TrelColorForms::setYxy_data()
