@@ -3,8 +3,9 @@
 
 usage: verdicts.py RUN.json
 
-RUN.json is the output of the benchmarks with --benchmark_out. Every figure is a ratio of medians within that run, except
-for the universes and the start-up, whose targets are absolute.
+RUN.json is the output of the benchmarks with --benchmark_out. Every figure is a ratio of medians within that run,
+except for the universes and the start-up, whose targets are absolute. A target whose benchmarks did not run is in the
+table too.
 """
 
 import collections
@@ -85,21 +86,36 @@ def milliseconds_more(run, library, peer):
 AT_LEAST = {faster, universes}
 
 TARGETS = [
-    Target("`convertYxyToNChannel`, 5 emitters, beside the plain text", "×", 40, faster, "solve/library/1", "solve/plain/1"),
-    Target("the same without vector instructions", "×", 15, faster, "solve/scalar/1", "solve/plain/1"),
-    Target("the same, 4 emitters", "×", 18, faster, "solve/library/6", "solve/plain/6"),
-    Target("the same, 3 emitters", "×", 6, faster, "solve/library/7", "solve/plain/7"),
-    Target("5 emitters, beside GLPK with its basis kept", "×", 20, faster, "solve/library/1", "solve/glpk/1"),
-    Target("`convertTrelColorToDMX`, beside the plain text", "×", 30, faster, "dmx/library", "dmx/plain"),
-    Target("`updateBuffer`, beside the plain text", "×", 25, faster, "buffer/library", "buffer/plain"),
-    Target("universes of 5-emitter fixtures at 44 Hz on one core", "", 3000, universes, "universes/library", ""),
-    Target("`setNamedColor` of hexadecimal text, beside `QColor`", " of its time", 1.2, time_share, "hexIn/library", "hexIn/qcolor"),
-    Target("`name`, beside `QColor::name(HexArgb)`", " of its time", 0.5, time_share, "hexOut/library", "hexOut/qcolor"),
-    Target("RGB to HSV, beside `QColor`", " of its time", 1.1, time_share, "hsv/library", "hsv/qcolor"),
-    Target("`aName`, beside the plain text", "×", 8, faster, "valueOut/library", "valueOut/plain"),
-    Target("`setNamedColor` of value strings, beside the plain text", "×", 8, faster, "valueIn/library", "valueIn/plain"),
-    Target("loading colours, exponent of growth, distinct names", "", 1.15, growth, "load/library/100000", "load/library/10000"),
-    Target("the same, one name for all", "", 1.15, growth, "loadSameName/library/100000", "loadSameName/library/10000"),
+    Target("`convertYxyToNChannel`, 5 emitters, beside the plain text", "×", 40, faster,
+           "solve/library/1", "solve/plain/1"),
+    Target("the same without vector instructions", "×", 15, faster,
+           "solve/scalar/1", "solve/plain/1"),
+    Target("the same, 4 emitters", "×", 18, faster,
+           "solve/library/6", "solve/plain/6"),
+    Target("the same, 3 emitters", "×", 6, faster,
+           "solve/library/7", "solve/plain/7"),
+    Target("5 emitters, beside GLPK with its basis kept", "×", 20, faster,
+           "solve/library/1", "solve/glpk/1"),
+    Target("`convertTrelColorToDMX`, beside the plain text", "×", 30, faster,
+           "dmx/library", "dmx/plain"),
+    Target("`updateBuffer`, beside the plain text", "×", 25, faster,
+           "buffer/library", "buffer/plain"),
+    Target("universes of 5-emitter fixtures at 44 Hz on one core", "", 3000, universes,
+           "universes/library", ""),
+    Target("`setNamedColor` of hexadecimal text, beside `QColor`", " of its time", 1.2, time_share,
+           "hexIn/library", "hexIn/qcolor"),
+    Target("`name`, beside `QColor::name(HexArgb)`", " of its time", 0.5, time_share,
+           "hexOut/library", "hexOut/qcolor"),
+    Target("RGB to HSV, beside `QColor`", " of its time", 1.1, time_share,
+           "hsv/library", "hsv/qcolor"),
+    Target("`aName`, beside the plain text", "×", 8, faster,
+           "valueOut/library", "valueOut/plain"),
+    Target("`setNamedColor` of value strings, beside the plain text", "×", 8, faster,
+           "valueIn/library", "valueIn/plain"),
+    Target("loading colours, exponent of growth, distinct names", "", 1.15, growth,
+           "load/library/100000", "load/library/10000"),
+    Target("the same, one name for all", "", 1.15, growth,
+           "loadSameName/library/100000", "loadSameName/library/10000"),
     Target("inserting 100,000 colours, beside `QStandardItemModel`", " of its time", 1.5, time_share,
            "insert/library/100000", "insert/qstandarditemmodel/100000"),
     Target("the same, memory", " of its heap", 1.0, heap_share,
@@ -118,12 +134,14 @@ def number(value):
 
 
 def row(run, target):
-    value = target.figure(run, target.library, target.peer)
     at_least = target.figure in AT_LEAST
+    wanted = f"{'≥' if at_least else '≤'} {number(target.limit)}{target.unit}"
+    if not (run.has(target.library) and run.has(target.peer)):
+        return f"| {target.what} | {wanted} | – | – | not run |"
+    value = target.figure(run, target.library, target.peer)
     is_met = value >= target.limit if at_least else value <= target.limit
     peer = target.peer if target.peer and target.figure is not growth else "–"
-    return (f"| {target.what} | {'≥' if at_least else '≤'} {number(target.limit)}{target.unit} "
-            f"| {number(value)}{target.unit} | {peer} | {'met' if is_met else 'missed'} |")
+    return f"| {target.what} | {wanted} | {number(value)}{target.unit} | {peer} | {'met' if is_met else 'missed'} |"
 
 
 def main():
@@ -132,8 +150,7 @@ def main():
     print("| What | Target | Measured | Peer | Verdict |")
     print("|---|---|---|---|---|")
     for target in TARGETS:
-        if run.has(target.library) and run.has(target.peer):
-            print(row(run, target))
+        print(row(run, target))
     context = run.context
     print(f"\n{context.get('CPU', 'a CPU')}, {context['num_cpus']} cores, Qt {context['Qt']}, "
           f"{context['build type']} build, medians of {run.repetitions()} runs each.")
