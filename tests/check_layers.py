@@ -105,7 +105,8 @@ def faults_in_src(folder, layers):
             elif (path.name, included) in layers.upward:
                 met.add((path.name, included))
             elif target not in layers.below.get(layer, ()):
-                yield f"src/{path.name} (layer {layer}) includes {included} (layer {target}), on which it does not stand"
+                yield (f"src/{path.name} (layer {layer}) includes {included} (layer {target}), "
+                       "on which it does not stand")
     yield from (f"{DOCUMENT} allows {' → '.join(pair)}, which nothing needs" for pair in sorted(layers.upward - met))
 
 
