@@ -90,8 +90,6 @@ public:
     TrelColorLibraryItem *childWithExplicitColor(const QString &value) const;
     /// The first child in row order whose uid is \a uid now; null for none.
     TrelColorLibraryItem *firstChildWithUid(const QString &uid) const;
-    /// The first child in row order whose display name is \a name; null for none.
-    TrelColorLibraryItem *firstChildNamed(const QString &name) const;
     /// Whether a child has display name \a name.
     bool hasChildNamed(const QString &name) const;
     /// \a name, or the first of "name 2", "name 3", … that no child has.
@@ -202,6 +200,10 @@ private:
         QHash<QString, QVarLengthArray<TrelColorLibraryItem *, 1>> m_children;
     };
 
+    friend class TrelColorLibrary; // whose lists are known by their names
+
+    /// The first child in row order whose display name is \a name; null for none.
+    TrelColorLibraryItem *firstChildNamed(const QString &name) const;
     TrelColorLibraryItem *appendNewChild(const QString &indexKey, ItemType type, const QString &name);
     bool isChild() const;
     QString appendColor(const TrelColor &color, const QString &uid, const QString &name,

@@ -131,7 +131,8 @@ bool Tristimulus::closestPtOnGamut(double x, double y, double &closestX, double 
     return false;
 }
 
-/// As ColorUtils::minDistance() does it.
+/// As ColorUtils::minDistance() does it, written out, since its parts are exported functions of another unit and
+/// every colour outside the gamut comes here three times.
 QPointF Tristimulus::Edge::nearestTo(QPointF point) const
 {
     if (squaredLength == 0)
