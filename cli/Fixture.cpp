@@ -87,7 +87,7 @@ QByteArray Fixture::bytes(TrelColor color) const
 
 std::optional<QString> lackOfData(ColorUtils::HuelockProfileID profile)
 {
-    HueLockProfile &data = profileOf(profile);
+    const HueLockProfile &data = profileOf(profile);
     Tristimulus &emitters = *data.getTristimulus();
     const int needed = ColorUtils::configChannelCount(data.getChannelConfiguration());
     const int have = int(std::min({emitters.getX().size(), emitters.getY().size(), emitters.getZ().size()}));

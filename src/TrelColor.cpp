@@ -119,12 +119,15 @@ constexpr signed char hexValue(int character)
 }
 
 /// hexValue() of every character up to U+00FF: digits follow no pattern that a branch could be predicted from.
-constexpr auto HEX_VALUES = [] {
+constexpr std::array<signed char, 256> hexValues()
+{
     std::array<signed char, 256> values = {};
     for (std::size_t c = 0; c < values.size(); ++c)
         values[c] = hexValue(int(c));
     return values;
-}();
+}
+
+constexpr auto HEX_VALUES = hexValues();
 
 int hexDigit(char digit)
 {

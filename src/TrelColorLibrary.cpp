@@ -598,10 +598,11 @@ void TrelColorLibrary::loadPresetFiles()
     for (const QString &name : names) {
         QDomDocument document;
         QByteArray bytes;
+        if (!ColorDocument::read(folder.filePath(name), document, bytes).isEmpty())
+            continue;
         QString error;
         QStringList oldUids;
-        if (ColorDocument::read(folder.filePath(name), document, bytes).isEmpty())
-            helper.loadDocument(document, error, 0.0, oldUids);
+        helper.loadDocument(document, error, 0.0, oldUids);
     }
 }
 
@@ -864,9 +865,10 @@ QByteArray TrelColorLibrary::userDocument() const
     QDomNode root = document.appendChild(document.createElement(QLatin1String(COLOR_LIBRARY_LIST)));
     for (int row = 0; row < rowCount(rootIndex()); ++row) {
         const QModelIndex list = index(row, 0, rootIndex());
+        if (!isUserListIndex(list))
+            continue;
         bool ok = false;
-        if (isUserListIndex(list))
-            root.appendChild(itemOf(list)->createElement(document, ok, QLatin1String(KESTRA_APPLICATION_ID), true));
+        root.appendChild(itemOf(list)->createElement(document, ok, QLatin1String(KESTRA_APPLICATION_ID), true));
     }
     return KestraProjectHelper::toByteArray(document);
 }
