@@ -100,8 +100,8 @@ def named_heading(line, title, level, path, names):
     """A heading that links find. On a contents page it is none to Doxygen, whose tree shows the pages below alone."""
     page = page_of(path)
     if level == 1:
-        # Its name is that of the project, or the pages below it are missing in the tree; and no class is meant.
-        return line.replace("TrelColor", "%TrelColor") if page == MAIN_PAGE else f"{line} {{#{page}}}"
+        # The main page goes by the project's name: under another the tree would not have the pages below it.
+        return line if page == MAIN_PAGE else f"{line} {{#{page}}}"
     if page in CONTENTS:
         return f"<h{level - 1}>@anchor {names.of(title)} {title}</h{level - 1}>\n"
     return f"{line} {{#{names.of(title)}}}"
