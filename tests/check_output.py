@@ -2,8 +2,8 @@
 """The output that a guide shows is what comes out: check_output.py FOLDER TRELCOLOR FILE.md...
 
 A "text" block shows the output of the "cpp" sample or of the "sh" commands before it. FOLDER has the built samples, and
-both run in a folder of their own, with a fixture profile database where the guide shows one. Uids differ with each run, so
-that only their places are compared. With --update in front, the blocks are written anew instead.
+both run in a folder of their own, with a fixture profile database where the guide shows one. Uids differ with each run,
+so that only their places are compared. With --update in front, the blocks are written anew instead.
 """
 
 import os

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """What Doxygen cannot be told, done to its pages, and a look at each link: finish.py FOLDER_OF_HTML.
 
-The menu gets the contents pages instead of an empty list of pages, and the frame of the search results the look of the rest.
-Then no page may load anything from a network, each link and picture of the pages that come from Markdown must lead somewhere,
-and they must lead from the front page to each other and to every class.
+The menu gets the contents pages instead of an empty list of pages, and the frame of the search results the look of the
+rest. Then no page may load anything from a network, each link and picture of the pages that come from Markdown must lead
+somewhere, and they must lead from the front page to each other and to every class.
 """
 
 import html.parser
@@ -118,14 +118,15 @@ def faults_in(site):
     classes = [path.name for path in site.folder.glob("class*.html")
                if not re.search(r"-members\.html$", path.name) and path.name != "classes.html"]
     reached = site.reached()
-    yield from (f"{name} cannot be reached from {FRONT}" for name in sorted([*written, *classes]) if name not in reached)
+    yield from (f"{name} cannot be reached from {FRONT}" for name in sorted({*written, *classes} - reached))
 
 
 def main():
     folder = pathlib.Path(sys.argv[1])
     site = Site(folder)
     faults = [*finish(folder), *faults_in(site)]
-    print("\n".join(faults) or f"{folder / FRONT}: {len(site.written())} pages beside the classes, each link leads somewhere")
+    print("\n".join(faults)
+          or f"{folder / FRONT}: {len(site.written())} pages beside the classes, each link leads somewhere")
     return 1 if faults else 0
 
 
