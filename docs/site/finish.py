@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """What Doxygen cannot be told, done to its pages, and a look at each link: finish.py FOLDER_OF_HTML.
 
-The menu gets the contents pages instead of an empty list of pages, and the frame of the search results the look of the
-rest. Then no page may load anything from a network, each link and picture of the pages that come from Markdown must lead
+The menu gets the contents pages instead of an empty list of pages, and the frame of the search results the look of
+the rest. Then no page may load anything from a network, each link and picture of the pages from Markdown must lead
 somewhere, and they must lead from the front page to each other and to every class.
 """
 
