@@ -3,7 +3,8 @@
 
 Markdown's own links to a file or to a heading of it come out dead or as plain addresses there. So each heading gets a
 name, links go to these names, and what stands in backticks and is a public class or a member of one links to its
-description. A list item of a contents page that begins with a link makes the page behind it a page below that one.
+description. A list item of a contents page that begins with a link makes the page behind it a page below that one; a
+guide ends with a link to the next.
 """
 
 import functools
@@ -16,6 +17,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 DOCS = ROOT / "docs"
 CONTENTS = ("index", "guides", "reference", "project")  # pages that have pages below them
 MAIN_PAGE = "index"
+GUIDES = "guides.md"  # whose numbered lists are the order in which the guides are read
 INSTEAD = {"README": MAIN_PAGE}  # what the site has another page for
 
 FENCE = re.compile(r"^(```|~~~)")
@@ -110,8 +112,8 @@ def named_heading(line, title, level, path, names):
 def figure(match):
     """A picture that shrinks with the window, which Doxygen's own does not where it is an SVG."""
     caption, name = match.groups()
-    return (f'@htmlonly <figure><img src="{name}" alt=""/><figcaption>{html.escape(caption)}</figcaption></figure>'
-            " @endhtmlonly")
+    picture = f'<figure><img src="{name}" alt=""/><figcaption>{html.escape(caption)}</figcaption></figure>'
+    return f"@htmlonly[block]\n{picture}\n@endhtmlonly"
 
 
 def converted(line, path, names):
@@ -132,6 +134,14 @@ def converted(line, path, names):
     return line
 
 
+def guide_behind(path):
+    """Link to the guide that is to be read behind this one; nothing behind the last, and for pages that are no guides."""
+    guides = re.findall(r"^\d+\. (\[[^\]]+\]\(([\w-]+)\.md\))", (DOCS / GUIDES).read_text("utf-8"), re.MULTILINE)
+    pages = [page for _, page in guides]
+    place = pages.index(page_of(path)) + 1 if page_of(path) in pages else len(pages)
+    return guides[place][0] if place < len(pages) else None
+
+
 def filtered(path):
     names = Names(page_of(path))
     inside = False
@@ -143,6 +153,9 @@ def filtered(path):
             yield line if inside else converted(line, path, names)
         if line.startswith("# ") and not inside and page_of(path) not in CONTENTS:
             yield "\n[TOC]"
+    behind = guide_behind(path)
+    if behind:
+        yield converted(f"\n**Next guide**: {behind}", path, names)
 
 
 def main():
