@@ -135,7 +135,7 @@ def converted(line, path, names):
 
 
 def guide_behind(path):
-    """Link to the guide that is to be read behind this one; nothing behind the last, and for pages that are no guides."""
+    """Link to the guide that is read behind this one; nothing behind the last, and for pages that are no guides."""
     guides = re.findall(r"^\d+\. (\[[^\]]+\]\(([\w-]+)\.md\))", (DOCS / GUIDES).read_text("utf-8"), re.MULTILINE)
     pages = [page for _, page in guides]
     place = pages.index(page_of(path)) + 1 if page_of(path) in pages else len(pages)
