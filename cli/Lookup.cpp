@@ -3,6 +3,9 @@
 #include <CurveFactory.h>
 #include <IOModeFactory.h>
 
+#include <QMap>
+#include <QString>
+
 namespace {
 
 /// The identifier below \a count whose number or name is \a text.

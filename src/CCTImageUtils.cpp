@@ -3,6 +3,12 @@
 #include "CCTUtils.h"
 #include "SaturatedInt_p.h"
 
+#include <QLineF>
+#include <QPoint>
+#include <QPointF>
+#include <QRect>
+#include <QRectF>
+
 #include <cmath>
 
 namespace {

@@ -2,11 +2,11 @@
 
 #include "TrelExport.h"
 
-#include <QLineF>
-#include <QPoint>
-#include <QPointF>
-#include <QRect>
-#include <QRectF>
+class QLineF;
+class QPoint;
+class QPointF;
+class QRect;
+class QRectF;
 
 /// The geometry of a chart of CIE 1931 chromaticities: its pixels to and from (x, y), and the places of white points.
 ///

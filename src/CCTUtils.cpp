@@ -2,6 +2,8 @@
 
 #include "SaturatedInt_p.h"
 
+#include <QLineF>
+#include <QPointF>
 #include <QtGlobal>
 
 #include <cmath>

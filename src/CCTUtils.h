@@ -2,8 +2,8 @@
 
 #include "TrelExport.h"
 
-#include <QLineF>
-#include <QPointF>
+class QLineF;
+class QPointF;
 
 /// Correlated colour temperature (CCT, in kelvin) and tint of white light, to and from CIE 1976 (u', v') and
 /// CIE 1931 (x, y).

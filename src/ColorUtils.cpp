@@ -11,7 +11,13 @@
 #include "Tristimulus.h"
 #include "TristimulusFactory.h"
 
+#include <QList>
+#include <QMap>
+#include <QPointF>
+#include <QString>
+#include <QStringList>
 #include <QVarLengthArray>
+#include <QVector>
 
 #include <algorithm>
 #include <cmath>

@@ -2,13 +2,10 @@
 
 #include "TrelExport.h"
 
-#include <QList>
-#include <QMap>
-#include <QPointF>
-#include <QString>
-#include <QStringList>
-#include <QVector>
+#include <QtContainerFwd>
 
+class QPointF;
+class QString;
 class TrelColor;
 class Tristimulus;
 

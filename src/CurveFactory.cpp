@@ -4,6 +4,7 @@
 #include "GammaCurveTungsten.h"
 
 #include <QObject>
+#include <QString>
 
 namespace {
 

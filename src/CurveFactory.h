@@ -1,10 +1,11 @@
 #pragma once
 
-#include "Curve.h"
-
-#include <QString>
+#include "TrelExport.h"
 
 #include <array>
+
+class Curve;
+class QString;
 
 /// The registry of the dimming curves, by curve type:
 /// 0 "Linear (Default)", 1 "Normal (Trel Gamma)", 2 "Tungsten/Incandescent".

@@ -2,6 +2,10 @@
 
 #include "ColorUtils.h"
 
+#include <QList>
+#include <QMap>
+#include <QString>
+
 class Tristimulus;
 
 /// What the toolkit knows about one family of fixtures.

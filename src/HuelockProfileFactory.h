@@ -3,6 +3,8 @@
 #include "ColorUtils.h"
 #include "HueLockProfile.h"
 
+#include <QMap>
+
 /// The registry of the ten built-in fixture profiles: filled once, constant afterwards.
 class TREL_EXPORT HuelockProfileFactory
 {

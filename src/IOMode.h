@@ -2,6 +2,9 @@
 
 #include "ColorUtils.h"
 
+#include <QList>
+#include <QString>
+
 /// One way in which control data map onto a fixture's channels; immutable.
 class TREL_EXPORT IOMode
 {

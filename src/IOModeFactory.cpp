@@ -1,5 +1,7 @@
 #include "IOModeFactory.h"
 
+#include "IOMode.h"
+
 #include <QObject>
 
 namespace {

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "ColorUtils.h"
-#include "IOMode.h"
 
 #include <array>
+
+class IOMode;
 
 /// The registry of the ten I/O modes: filled once, constant afterwards.
 class TREL_EXPORT IOModeFactory

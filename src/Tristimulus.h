@@ -3,6 +3,8 @@
 #include "ColorUtils.h"
 
 #include <QPolygonF>
+#include <QStringList>
+#include <QVector>
 
 /// The measured colour of every emitter of one fixture profile, and the gamut that they span.
 ///

@@ -2,6 +2,8 @@
 
 #include "ColorUtils.h"
 
+#include <QMap>
+
 class QIODevice;
 class Tristimulus;
 

@@ -1,5 +1,6 @@
 #include "IOModeFactory.h"
 
+#include "IOMode.h"
 #include "TestSupport.h"
 
 #include <QTranslator>

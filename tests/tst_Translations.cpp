@@ -1,6 +1,7 @@
 #include "ColorUtils.h"
 #include "CurveFactory.h"
 #include "HuelockProfileFactory.h"
+#include "IOMode.h"
 #include "IOModeFactory.h"
 #include "KestraProjectHelper.h"
 #include "TestSupport.h"
