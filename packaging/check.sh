@@ -32,12 +32,14 @@ check_symbols() {
   printf 'Source: trelcolor\n\nPackage: %s\nArchitecture: any\n' "$library" >"$work/debian/control"
   local version
   version=$(sed -n '1s/.*(\(.*\)).*/\1/p' packaging/changelog)
+  local compare=(dpkg-gensymbols "-p$library" -P../tree "-I../../../$symbols")
   if [ "$accept" = --accept ]; then
-    (cd "$work" && dpkg-gensymbols -q "-p$library" "-v$version" -P../tree -Onew)
-    # The compiler's own templates come and go with it.
-    sed -E '/ _Z(Z?N)St/d; 1a\ (regex|optional)"^_ZZ?NSt" '"$version" "$work/new" >"$symbols"
+    # A symbol keeps the version that it came with; the pattern for the compiler's own templates stays one.
+    (cd "$work" && "${compare[@]}" "-v$version" -q -t -c0 -Onew)
+    cp "$work/new" "$symbols"
   fi
-  (cd "$work" && dpkg-gensymbols -c4 "-p$library" "-v$version" -P../tree "-I../../../$symbols" -O/dev/null)
+  # A symbol that came with this very version could go again, but for a later one.
+  (cd "$work" && "${compare[@]}" "-v$version+" -c4 -O/dev/null)
 }
 
 # The unstripped library with what its public headers say.
