@@ -1,0 +1,38 @@
+#pragma once
+
+#include <TrelColor.h>
+
+#include <QWidget>
+
+/// White light from warm to cold along a strip, evenly spaced in mired, as the eye sees it.
+///
+/// Click, drag, wheel and keys pick a colour temperature; tint, luminance and alpha stay as far as the colour has them.
+class CctStrip : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// White.
+    explicit CctStrip(QWidget *parent = nullptr);
+
+    /// The colour, in the form in which it was set, or as Yxy once it was picked.
+    TrelColor color() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+public Q_SLOTS:
+    /// Shows \a color without emitting colorChanged(). A colour that no fixture takes (ColorText::problemOf()) is
+    /// ignored.
+    void setColor(const TrelColor &color);
+
+Q_SIGNALS:
+    /// The user picked another colour temperature.
+    void colorChanged(const TrelColor &color);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    TrelColor m_color = TrelColor(Qt::white);
+};
