@@ -1,0 +1,48 @@
+#include "MessageLabel.h"
+
+#include "Theme.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QEvent>
+
+MessageLabel::MessageLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    setWordWrap(true);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    setAccessibleName(tr("Message"));
+}
+
+void MessageLabel::remark(const QString &text)
+{
+    m_isWarning = false;
+    colorText();
+    setText(text);
+}
+
+void MessageLabel::warn(const QString &text)
+{
+    m_isWarning = true;
+    colorText();
+    setText(text);
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+void MessageLabel::changeEvent(QEvent *event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !m_isColoring)
+        colorText();
+}
+
+void MessageLabel::colorText()
+{
+    m_isColoring = true;
+    QPalette colors = QApplication::palette(this);
+    if (m_isWarning)
+        colors.setColor(QPalette::WindowText, Theme::warningColor());
+    setPalette(colors);
+    m_isColoring = false;
+}
