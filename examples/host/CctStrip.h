@@ -1,13 +1,14 @@
 #pragma once
 
+#include "GradientSlider.h"
+
 #include <TrelColor.h>
 
-#include <QWidget>
-
-/// White light from warm to cold along a strip, evenly spaced in mired, as the eye sees it.
+/// White light from warm to cold along a strip, evenly spaced in mired, as the eye sees it. Its value is the colour
+/// temperature in kelvin.
 ///
 /// Click, drag, wheel and keys pick a colour temperature; tint, luminance and alpha stay as far as the colour has them.
-class CctStrip : public QWidget
+class CctStrip : public GradientSlider
 {
     Q_OBJECT
 
@@ -23,7 +24,7 @@ public:
 
 public Q_SLOTS:
     /// Shows \a color without emitting colorChanged(). A colour that no fixture takes (ColorText::problemOf()) is
-    /// ignored.
+    /// ignored. Without a colour temperature, the handle stays where it is, as an outline.
     void setColor(const TrelColor &color);
 
 Q_SIGNALS:
@@ -32,7 +33,13 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    double placeOf(int value) const override;
+    int valueAt(double place) const override;
 
 private:
+    void pick(int cct);
+    void drawLabels(QPainter &painter) const;
+
     TrelColor m_color = TrelColor(Qt::white);
+    int m_tint = 0;
 };

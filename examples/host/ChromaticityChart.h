@@ -2,13 +2,15 @@
 
 #include <TrelColor.h>
 
+#include <QPointF>
+#include <QRect>
 #include <QWidget>
 
 /// The CIE 1931 chromaticity diagram with the locus of white light, the gamut of a fixture profile and the current
 /// colour; where the profile cannot give it, also the point that it gives instead.
 ///
 /// Click and drag pick a chromaticity, the arrow keys move it (with Shift in fine steps); the luminance and the alpha
-/// stay. Chromaticities that no light has are taken to the nearest one that has.
+/// stay. Chromaticities that no light has are taken to the nearest one that has. Colours can be dropped on it.
 class ChromaticityChart : public QWidget
 {
     Q_OBJECT
@@ -19,6 +21,11 @@ public:
 
     /// The colour, in the form in which it was set, or as Yxy once it was picked.
     TrelColor color() const;
+
+    /// Chromaticity at a place of the widget, which may lie outside the diagram.
+    QPointF chromaticityAt(QPointF place) const;
+    /// Place of a chromaticity in the widget, on a whole pixel of the screen.
+    QPointF placeOf(QPointF xy) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -36,8 +43,24 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
+    QRectF area() const;
+    QRect pixels() const;
+    void drawGrid(QPainter &painter) const;
+    void drawLight(QPainter &painter) const;
+    void drawWhite(QPainter &painter) const;
+    void drawGamut(QPainter &painter) const;
+    void drawColor(QPainter &painter) const;
+    void drawLegend(QPainter &painter) const;
+    void pick(QPointF xy);
+    void describe();
+
     TrelColor m_color = TrelColor(Qt::white);
     ColorUtils::HuelockProfileID m_profile = ColorUtils::GENERIC_RGB;
 };

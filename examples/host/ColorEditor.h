@@ -1,10 +1,18 @@
 #pragma once
 
+#include "ColorForm.h"
+
 #include <TrelColor.h>
 
+#include <QVector>
 #include <QWidget>
 
+class ColorPreview;
+class MessageLabel;
+class QLabel;
 class QLineEdit;
+class QTabWidget;
+class SliderPanel;
 
 /// Edits one colour as RGB, HSV, Yxy, white light, the levels of a fixture's channels, or text.
 ///
@@ -33,8 +41,33 @@ Q_SIGNALS:
     /// The user changed the colour; at every step of a slider.
     void colorChanged(const TrelColor &color);
 
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
 private:
+    struct Page
+    {
+        ColorForm form;
+        SliderPanel *panel;
+        QLabel *note; ///< why the numbers are not those of the colour
+    };
+
+    void addPage(ColorForm::Kind kind);
+    void fillPage(Page &page);
+    void onEdited(ColorForm::Kind kind);
+    void onTextEdited(const QString &text);
+    void onTextFinished();
+    void change(const TrelColor &color, const QWidget *source);
+    void showColor(const QWidget *source);
+    void showGamut();
+    void showProblem(const QString &problem);
+
     TrelColor m_color = TrelColor(Qt::white);
     ColorUtils::HuelockProfileID m_profile = ColorUtils::GENERIC_RGB;
+    ColorPreview *m_preview;
     QLineEdit *m_text;
+    MessageLabel *m_message;
+    QTabWidget *m_tabs;
+    QVector<Page> m_pages;
 };
