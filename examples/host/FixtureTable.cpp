@@ -1,0 +1,175 @@
+#include "FixtureTable.h"
+
+#include "ColorMime.h"
+#include "FixtureDelegate.h"
+
+#include <QDrag>
+#include <QDropEvent>
+#include <QHeaderView>
+#include <QMimeData>
+#include <QPainter>
+
+#include <algorithm>
+#include <numeric>
+
+namespace {
+
+constexpr int MAX_COLUMN_WIDTH = 190;
+constexpr int ROW_PADDING = 12;
+
+QPoint positionOf(const QDropEvent *event)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return event->position().toPoint();
+#else
+    return event->pos();
+#endif
+}
+
+} // namespace
+
+FixtureTable::FixtureTable(Patch *patch, QWidget *parent)
+    : QTableView(parent)
+    , m_patch(patch)
+{
+    setModel(patch);
+    setItemDelegate(new FixtureDelegate(this));
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed
+                    | QAbstractItemView::AnyKeyPressed);
+    setAlternatingRowColors(true);
+    setShowGrid(false);
+    setAcceptDrops(true);
+    setDragEnabled(true);
+    setDragDropMode(QAbstractItemView::DragDrop);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setAccessibleName(tr("Fixtures"));
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + ROW_PADDING);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    horizontalHeader()->setSectionsMovable(true);
+    fitColumns();
+}
+
+QVector<int> FixtureTable::selectedRows() const
+{
+    QVector<int> rows;
+    const QModelIndexList selected = selectionModel()->selectedRows();
+    for (const QModelIndex &index : selected)
+        rows.append(index.row());
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+void FixtureTable::selectRows(const QVector<int> &rows)
+{
+    QItemSelection selection;
+    for (const int row : rows)
+        selection.select(m_patch->index(row, 0), m_patch->index(row, Patch::ColumnCount - 1));
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (!rows.isEmpty())
+        selectionModel()->setCurrentIndex(m_patch->index(rows.first(), 0), QItemSelectionModel::NoUpdate);
+}
+
+void FixtureTable::fitColumns()
+{
+    resizeColumnsToContents();
+    for (int column = 0; column < Patch::ColumnCount; ++column)
+        setColumnWidth(column, qMin(columnWidth(column), MAX_COLUMN_WIDTH));
+}
+
+void FixtureTable::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QTableView::selectionChanged(selected, deselected);
+    Q_EMIT selectionChangedByUser();
+}
+
+/// The colours of the selected fixtures, or of the one under the pointer.
+void FixtureTable::startDrag(Qt::DropActions)
+{
+    QVector<NamedColor> colors;
+    const QVector<int> rows = selectedRows();
+    for (const int row : rows)
+        colors.append({m_patch->shownColor(row), m_patch->fixtures().at(row).name});
+    if (colors.isEmpty())
+        return;
+    auto *drag = new QDrag(this);
+    drag->setMimeData(ColorMime::fromColors(colors));
+    drag->exec(Qt::CopyAction);
+}
+
+void FixtureTable::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (ColorMime::canRead(event->mimeData()) && m_patch->rowCount() > 0)
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void FixtureTable::dragMoveEvent(QDragMoveEvent *event)
+{
+    const int row = rowAt(positionOf(event).y());
+    const bool hasTarget = !targetsOf(row, 1).isEmpty();
+    setDropRow(row);
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(hasTarget && ColorMime::canRead(event->mimeData()));
+}
+
+void FixtureTable::dragLeaveEvent(QDragLeaveEvent *)
+{
+    setDropRow(-1);
+}
+
+void FixtureTable::dropEvent(QDropEvent *event)
+{
+    setDropRow(-1);
+    const QStringList uids = ColorMime::uidsOf(event->mimeData());
+    QVector<TrelColor> colors;
+    const QVector<NamedColor> named = ColorMime::colorsOf(event->mimeData());
+    for (const NamedColor &color : named)
+        colors.append(color.color);
+    const QVector<int> rows = targetsOf(rowAt(positionOf(event).y()), int(colors.size()));
+    if (rows.isEmpty() || colors.isEmpty()) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    Q_EMIT colorsDropped(rows, colors, uids.size() == colors.size() ? uids : QStringList());
+}
+
+QVector<int> FixtureTable::targetsOf(int row, int colorCount) const
+{
+    const QVector<int> selected = selectedRows();
+    if (row < 0 || (colorCount == 1 && selected.contains(row)))
+        return selected;
+    QVector<int> rows(qMin(colorCount, m_patch->rowCount() - row));
+    std::iota(rows.begin(), rows.end(), row);
+    return rows;
+}
+
+void FixtureTable::setDropRow(int row)
+{
+    if (row == m_dropRow)
+        return;
+    m_dropRow = row;
+    viewport()->update();
+}
+
+void FixtureTable::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    QPainter painter(viewport());
+    if (m_patch->rowCount() == 0) {
+        painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+        painter.drawText(viewport()->rect().adjusted(24, 8, -24, -8), Qt::AlignCenter | Qt::TextWordWrap,
+                         tr("No fixtures yet. Add some with the button above, then drop colours onto them."));
+    }
+    if (m_dropRow >= 0) {
+        const QRect row(0, rowViewportPosition(m_dropRow), viewport()->width(), rowHeight(m_dropRow));
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+        painter.drawRect(row.adjusted(1, 1, -1, -1));
+    }
+}

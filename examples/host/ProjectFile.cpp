@@ -1,0 +1,271 @@
+#include "ProjectFile.h"
+
+#include <HueLockProfile.h>
+#include <HuelockProfileFactory.h>
+#include <KestraProjectHelper.h>
+#include <TrelColorLibrary.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QXmlStreamReader>
+
+namespace {
+
+constexpr char ROOT[] = "TrelProject";
+constexpr char PATCH[] = "Patch";
+constexpr char FIXTURE[] = "Fixture";
+constexpr char VERSION_ATTRIBUTE[] = "version";
+constexpr char NAME_ATTRIBUTE[] = "name";
+constexpr char COLOR_ATTRIBUTE[] = "color";
+constexpr double VERSION = 1.0;
+constexpr qint64 MAX_BYTES = 64 * 1024 * 1024;
+constexpr int MAX_DEPTH = 64;
+
+/// A number of a fixture, as the document holds it.
+struct NumberField
+{
+    const char *attribute;
+    int minimum;
+    int maximum;
+    int (*get)(const Fixture &);
+    void (*set)(Fixture &, int);
+};
+
+// The profile first, since it gives the others their defaults, and then the mode.
+constexpr NumberField NUMBER_FIELDS[] = {
+    {"profile", ColorUtils::GENERIC_RGB, ColorUtils::FLOODBAR_KQ2_RGBW, [](const Fixture &f) { return int(f.profile); },
+     [](Fixture &f, int value) { f.setProfile(ColorUtils::HuelockProfileID(value)); }},
+    {"mode", ColorUtils::RGB_IN_OUT, ColorUtils::SINGLE_CHANNEL_IN_OUT, [](const Fixture &f) { return int(f.mode); },
+     [](Fixture &f, int value) { f.setMode(ColorUtils::IOModeID(value)); }},
+    {"calibrated", 0, 1, [](const Fixture &f) { return int(f.isCalibrated); },
+     [](Fixture &f, int value) { f.isCalibrated = value != 0; }},
+    {"resolution", 1, 2, [](const Fixture &f) { return f.resolution; },
+     [](Fixture &f, int value) { f.resolution = value; }},
+    {"curve", 0, 2, [](const Fixture &f) { return f.curve; }, [](Fixture &f, int value) { f.curve = value; }},
+    {"onboardCurve", 0, 2, [](const Fixture &f) { return f.onboardCurve; },
+     [](Fixture &f, int value) { f.onboardCurve = value; }},
+    {"universe", 0, Fixture::MAX_UNIVERSE, [](const Fixture &f) { return f.universe; },
+     [](Fixture &f, int value) { f.universe = value; }},
+    {"address", 1, Fixture::SLOTS, [](const Fixture &f) { return f.address; },
+     [](Fixture &f, int value) { f.address = value; }},
+};
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("ProjectFile", text);
+}
+
+ProjectFile::Fault faultAt(const QDomNode &node, const QString &reason)
+{
+    return {reason, node.lineNumber()};
+}
+
+/// What is wrong with the text before it becomes a tree, which a hostile one would make too deep or too large.
+ProjectFile::Fault faultOfText(const QByteArray &bytes)
+{
+    QXmlStreamReader reader(bytes);
+    int depth = 0;
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        const int line = int(reader.lineNumber());
+        if (token == QXmlStreamReader::DTD)
+            return {tr("Document type declarations are not allowed."), line};
+        depth += int(token == QXmlStreamReader::StartElement) - int(token == QXmlStreamReader::EndElement);
+        if (depth > MAX_DEPTH)
+            return {tr("The elements are nested too deeply."), line};
+    }
+    if (reader.hasError())
+        return {reader.errorString(), int(reader.lineNumber())};
+    return {};
+}
+
+bool setNumber(Fixture &fixture, const QDomElement &element, const NumberField &field, ProjectFile::Fault &fault)
+{
+    const QString attribute = QString::fromLatin1(field.attribute);
+    if (!element.hasAttribute(attribute))
+        return true;
+    bool isNumber = false;
+    const int value = element.attribute(attribute).toInt(&isNumber);
+    if (!isNumber || value < field.minimum || value > field.maximum) {
+        fault = faultAt(element, tr("The fixture's attribute “%1” is “%2”; it must be a number from %3 to %4.")
+                                     .arg(attribute, element.attribute(attribute).left(40),
+                                          QString::number(field.minimum), QString::number(field.maximum)));
+        return false;
+    }
+    field.set(fixture, value);
+    return true;
+}
+
+bool setColor(Fixture &fixture, const QDomElement &element, ProjectFile::Fault &fault)
+{
+    const QString text = element.attribute(QString::fromLatin1(COLOR_ATTRIBUTE));
+    if (text.isEmpty())
+        return true;
+    fixture.uid = TrelColorLibrary::UidAndValueToUid(text);
+    fixture.color = TrelColor(TrelColorLibrary::UidAndValueToValue(text));
+    if (fixture.color.isValid())
+        return true;
+    fault = faultAt(element, tr("“%1” is no colour.").arg(text.left(80)));
+    return false;
+}
+
+/// What the numbers must be together.
+QString conflictIn(const Fixture &fixture)
+{
+    if (fixture.name.isEmpty())
+        return tr("The fixture has no name.");
+    if (!ColorUtils::ioModesForHuelockProfileID(fixture.profile).contains(fixture.mode))
+        return tr("The profile of “%1” has no mode %2.").arg(fixture.name).arg(int(fixture.mode));
+    if (fixture.lastAddress() > Fixture::SLOTS)
+        return tr("“%1” needs slots up to %2; a universe has %3.")
+            .arg(fixture.name)
+            .arg(fixture.lastAddress())
+            .arg(int(Fixture::SLOTS));
+    return QString();
+}
+
+std::optional<Fixture> fixtureOf(const QDomElement &element, ProjectFile::Fault &fault)
+{
+    Fixture fixture;
+    fixture.name = element.attribute(QString::fromLatin1(NAME_ATTRIBUTE)).left(Fixture::MAX_NAME_LENGTH);
+    for (const NumberField &field : NUMBER_FIELDS) {
+        if (!setNumber(fixture, element, field, fault))
+            return std::nullopt;
+    }
+    if (!setColor(fixture, element, fault))
+        return std::nullopt;
+    const QString conflict = conflictIn(fixture);
+    if (conflict.isEmpty())
+        return fixture;
+    fault = faultAt(element, conflict);
+    return std::nullopt;
+}
+
+/// The library would leave out what it cannot read, and the next save lose it.
+ProjectFile::Fault faultOfColors(const QDomDocument &document)
+{
+    const QDomNodeList lists = document.elementsByTagName(QString::fromLatin1(COLOR_LIBRARY_ROOT));
+    for (int i = 0; i < lists.count(); ++i) {
+        QDomElement color = lists.at(i).firstChildElement(QString::fromLatin1(COLOR_ROOT_ELEMENT));
+        if (color.isNull())
+            return faultAt(lists.at(i), tr("A list of colours is empty."));
+        for (; !color.isNull(); color = color.nextSiblingElement(QString::fromLatin1(COLOR_ROOT_ELEMENT))) {
+            const QString value = color.attribute(QString::fromLatin1(COLOR_VALUE_ATTRIBUTE));
+            if (!TrelColor(value).isValid())
+                return faultAt(color, tr("“%1” is no colour.").arg(value.left(80)));
+        }
+    }
+    return {};
+}
+
+ProjectFile::Fault faultOfRoot(const QDomElement &root)
+{
+    if (root.tagName() != QLatin1String(ROOT))
+        return faultAt(root, tr("This is no project: it begins with “%1”.").arg(root.tagName().left(40)));
+    if (root.attribute(QString::fromLatin1(VERSION_ATTRIBUTE), QStringLiteral("1")).toDouble() > VERSION)
+        return faultAt(root, tr("The project was made by a newer version of this program."));
+    return {};
+}
+
+std::optional<QVector<Fixture>> fixturesOf(const QDomElement &root, ProjectFile::Fault &fault)
+{
+    QVector<Fixture> fixtures;
+    const QString tag = QString::fromLatin1(FIXTURE);
+    QDomElement element = root.firstChildElement(QString::fromLatin1(PATCH)).firstChildElement(tag);
+    for (; !element.isNull(); element = element.nextSiblingElement(tag)) {
+        const std::optional<Fixture> fixture = fixtureOf(element, fault);
+        if (!fixture)
+            return std::nullopt;
+        fixtures.append(*fixture);
+    }
+    return fixtures;
+}
+
+QDomElement elementOf(const Fixture &fixture, QDomDocument &document)
+{
+    QDomElement element = document.createElement(QString::fromLatin1(FIXTURE));
+    element.setAttribute(QString::fromLatin1(NAME_ATTRIBUTE), fixture.name);
+    for (const NumberField &field : NUMBER_FIELDS)
+        element.setAttribute(QString::fromLatin1(field.attribute), field.get(fixture));
+    element.setAttribute(QString::fromLatin1(COLOR_ATTRIBUTE), QString(fixture.uid + fixture.color.aName()));
+    return element;
+}
+
+} // namespace
+
+std::optional<ProjectFile::Content> ProjectFile::read(const QString &path, Fault &fault)
+{
+    QFile file(path);
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile()) {
+        fault = {tr("It is no file."), 0};
+        return std::nullopt;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        fault = {file.errorString(), 0};
+        return std::nullopt;
+    }
+    if (file.size() > MAX_BYTES) {
+        fault = {tr("The file is too large for a project."), 0};
+        return std::nullopt;
+    }
+    return parse(file.readAll(), fault);
+}
+
+std::optional<ProjectFile::Content> ProjectFile::parse(const QByteArray &bytes, Fault &fault)
+{
+    Content content;
+    fault = faultOfText(bytes);
+    if (fault.reason.isEmpty() && !content.document.setContent(bytes, &fault.reason, &fault.line))
+        return std::nullopt;
+    const QDomElement root = content.document.documentElement();
+    if (fault.reason.isEmpty())
+        fault = faultOfRoot(root);
+    if (fault.reason.isEmpty())
+        fault = faultOfColors(content.document);
+    if (!fault.reason.isEmpty())
+        return std::nullopt;
+    const std::optional<QVector<Fixture>> fixtures = fixturesOf(root, fault);
+    if (!fixtures)
+        return std::nullopt;
+    content.fixtures = *fixtures;
+    return content;
+}
+
+bool ProjectFile::adoptColors(Content &content, Fault &fault)
+{
+    QString error;
+    TrelColorLibrary::Instance()->loadDocument(content.document, error, VERSION, KESTRA_APPLICATION_ID);
+    fault = {error, 0};
+    return error.isEmpty();
+}
+
+QByteArray ProjectFile::documentOf(const QVector<Fixture> &fixtures)
+{
+    QDomDocument document;
+    document.appendChild(document.createProcessingInstruction(QStringLiteral("xml"),
+                                                              QStringLiteral("version=\"1.0\" encoding=\"UTF-8\"")));
+    QDomElement root = document.createElement(QString::fromLatin1(ROOT));
+    root.setAttribute(QString::fromLatin1(VERSION_ATTRIBUTE), QString::number(VERSION, 'f', 1));
+    document.appendChild(root);
+    QDomElement patch = document.createElement(QString::fromLatin1(PATCH));
+    root.appendChild(patch);
+    for (const Fixture &fixture : fixtures)
+        patch.appendChild(elementOf(fixture, document));
+    bool isMade = false;
+    const QDomElement colors = TrelColorLibrary::Instance()->createElement(document, isMade, KESTRA_APPLICATION_ID);
+    if (isMade && colors.hasChildNodes()) // a reader takes an empty list for a fault
+        root.appendChild(colors);
+    return KestraProjectHelper::toByteArray(document);
+}
+
+bool ProjectFile::write(const QString &path, const QVector<Fixture> &fixtures, Fault &fault)
+{
+    QSaveFile file(path);
+    const QByteArray bytes = documentOf(fixtures);
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+        return true;
+    fault = {file.errorString(), 0};
+    return false;
+}
