@@ -61,6 +61,10 @@ Crossfader::Crossfader(QWidget *parent)
     connect(m_from, &QAbstractButton::clicked, this, [this] { m_from->setColor(m_currentColor); });
     connect(m_to, &QAbstractButton::clicked, this, [this] { m_to->setColor(m_currentColor); });
     connect(m_slider, &QSlider::valueChanged, this, &Crossfader::onSliderMoved);
+    connect(m_slider, &QSlider::sliderPressed, this, [this] {
+        m_timer.stop(); // the hand goes on from here
+        showPosition();
+    });
     connect(m_slider, &QSlider::sliderReleased, this, &Crossfader::finish);
     connect(m_go, &QPushButton::clicked, this, &Crossfader::toggle);
     connect(&m_timer, &QTimer::timeout, this, [this] { advance(m_clock.elapsed()); });

@@ -68,8 +68,10 @@ QString DmxOutput::statusText() const
         return tr("DMX output: nothing is patched");
     if (!m_status.deadUniverses.isEmpty())
         return tr("Universes without an output port in OLA: %1").arg(listed(m_status.deadUniverses));
-    return m_isBlackout ? tr("Blackout on universes %1").arg(listed(m_status.universes))
-                        : tr("Sending universes %1").arg(listed(m_status.universes));
+    if (m_isBlackout)
+        return tr("Blackout");
+    return m_status.universes.size() == 1 ? tr("Sending universe %1").arg(m_status.universes.first())
+                                          : tr("Sending universes %1").arg(listed(m_status.universes));
 }
 
 void DmxOutput::setEnabled(bool enabled)

@@ -3,9 +3,12 @@
 #include "ColorMime.h"
 #include "FixtureDelegate.h"
 
+#include <QClipboard>
 #include <QDrag>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
 
@@ -86,17 +89,34 @@ void FixtureTable::selectionChanged(const QItemSelection &selected, const QItemS
     Q_EMIT selectionChangedByUser();
 }
 
-/// The colours of the selected fixtures, or of the one under the pointer.
-void FixtureTable::startDrag(Qt::DropActions)
+void FixtureTable::keyPressEvent(QKeyEvent *event)
+{
+    const bool isAnySelected = selectionModel()->hasSelection();
+    if (isAnySelected && event->matches(QKeySequence::Delete))
+        Q_EMIT removalRequested();
+    else if (isAnySelected && event->matches(QKeySequence::Copy))
+        QGuiApplication::clipboard()->setMimeData(selectedColors());
+    else if (isAnySelected && event->matches(QKeySequence::Paste))
+        take(QGuiApplication::clipboard()->mimeData(), selectedRows().first());
+    else
+        QTableView::keyPressEvent(event);
+}
+
+QMimeData *FixtureTable::selectedColors() const
 {
     QVector<NamedColor> colors;
     const QVector<int> rows = selectedRows();
     for (const int row : rows)
         colors.append({m_patch->shownColor(row), m_patch->fixtures().at(row).name});
-    if (colors.isEmpty())
+    return ColorMime::fromColors(colors);
+}
+
+void FixtureTable::startDrag(Qt::DropActions)
+{
+    if (!selectionModel()->hasSelection())
         return;
     auto *drag = new QDrag(this);
-    drag->setMimeData(ColorMime::fromColors(colors));
+    drag->setMimeData(selectedColors());
     drag->exec(Qt::CopyAction);
 }
 
@@ -125,19 +145,23 @@ void FixtureTable::dragLeaveEvent(QDragLeaveEvent *)
 void FixtureTable::dropEvent(QDropEvent *event)
 {
     setDropRow(-1);
-    const QStringList uids = ColorMime::uidsOf(event->mimeData());
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(take(event->mimeData(), rowAt(positionOf(event).y())));
+}
+
+/// Whether there were colours in \a colorData for fixtures at \a row.
+bool FixtureTable::take(const QMimeData *colorData, int row)
+{
+    const QStringList uids = ColorMime::uidsOf(colorData);
     QVector<TrelColor> colors;
-    const QVector<NamedColor> named = ColorMime::colorsOf(event->mimeData());
+    const QVector<NamedColor> named = ColorMime::colorsOf(colorData);
     for (const NamedColor &color : named)
         colors.append(color.color);
-    const QVector<int> rows = targetsOf(rowAt(positionOf(event).y()), int(colors.size()));
-    if (rows.isEmpty() || colors.isEmpty()) {
-        event->ignore();
-        return;
-    }
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    const QVector<int> rows = targetsOf(row, int(colors.size()));
+    if (rows.isEmpty() || colors.isEmpty())
+        return false;
     Q_EMIT colorsDropped(rows, colors, uids.size() == colors.size() ? uids : QStringList());
+    return true;
 }
 
 QVector<int> FixtureTable::targetsOf(int row, int colorCount) const

@@ -27,11 +27,14 @@ public:
 Q_SIGNALS:
     /// Other rows are selected.
     void selectionChangedByUser();
-    /// Colours were dropped for \a rows: the library's where \a uids has some, otherwise \a colors.
+    /// The user wants the selected rows gone.
+    void removalRequested();
+    /// Colours were dropped or pasted for \a rows: the library's where \a uids has some, otherwise \a colors.
     void colorsDropped(const QVector<int> &rows, const QVector<TrelColor> &colors, const QStringList &uids);
 
 protected:
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void startDrag(Qt::DropActions actions) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
@@ -42,6 +45,8 @@ protected:
 private:
     QVector<int> targetsOf(int row, int colorCount) const;
     void setDropRow(int row);
+    QMimeData *selectedColors() const;
+    bool take(const QMimeData *colorData, int row);
 
     Patch *m_patch;
     int m_dropRow = -1; ///< under a drag that hovers

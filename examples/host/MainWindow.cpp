@@ -27,6 +27,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolButton>
 
 namespace {
 
@@ -80,7 +81,6 @@ MainWindow::MainWindow(std::unique_ptr<DmxSink> sink, QWidget *parent)
     m_toolBar->setObjectName(QStringLiteral("tools"));
     m_toolBar->setMovable(false);
     m_toolBar->setIconSize(QSize(ICON_SIZE, ICON_SIZE));
-    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     makeFileActions();
     makeEditActions();
     makeOutputActions();
@@ -131,6 +131,13 @@ QAction *MainWindow::makeAction(const QString &text, const QString &icon, const 
     return action;
 }
 
+/// The tool bar has room for few texts, in languages that need more of it, too.
+void MainWindow::showText(QAction *action)
+{
+    if (auto *button = qobject_cast<QToolButton *>(m_toolBar->widgetForAction(action)))
+        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+}
+
 void MainWindow::makeFileActions()
 {
     QAction *create = makeAction(tr("&New"), QStringLiteral("new"), QKeySequence::New);
@@ -173,8 +180,6 @@ void MainWindow::makeEditActions()
         makeAction(tr("&Duplicate Fixtures"), QStringLiteral("duplicate"), QKeySequence(Qt::CTRL | Qt::Key_D));
     QAction *remove =
         makeAction(tr("Re&move Fixtures"), QStringLiteral("remove"), QKeySequence(Qt::CTRL | Qt::Key_Minus));
-    duplicate->setIconText(tr("Duplicate"));
-    remove->setIconText(tr("Remove"));
     QMenu *menu = menuBar()->addMenu(tr("&Edit"));
     menu->addActions({undo, redo});
     menu->addSeparator();
@@ -183,7 +188,9 @@ void MainWindow::makeEditActions()
     m_toolBar->addSeparator();
     m_toolBar->addActions({add, duplicate, remove});
     m_toolBar->addSeparator();
+    showText(add);
     connect(add, &QAction::triggered, this, &MainWindow::addFixtures);
+    connect(m_panes.table, &FixtureTable::removalRequested, remove, &QAction::trigger);
     connect(duplicate, &QAction::triggered, this, [this] { m_patch->duplicate(m_panes.table->selectedRows()); });
     connect(remove, &QAction::triggered, this, [this] { m_patch->remove(m_panes.table->selectedRows()); });
     const auto enable = [this, duplicate, remove] {
@@ -202,10 +209,14 @@ void MainWindow::makeOutputActions()
     m_sendAction = makeAction(tr("&Send DMX"), QStringLiteral("dmx"), QKeySequence(Qt::Key_F5));
     m_blackoutAction = makeAction(tr("&Blackout"), QStringLiteral("blackout"), QKeySequence(Qt::Key_F6));
     QMenu *menu = menuBar()->addMenu(tr("&Output"));
+    auto *spacer = new QWidget;
+    spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    m_toolBar->addWidget(spacer);
     for (QAction *action : {m_sendAction, m_blackoutAction}) {
         action->setCheckable(true);
         menu->addAction(action);
         m_toolBar->addAction(action);
+        showText(action);
     }
     m_sendAction->setEnabled(m_output->status().state != DmxOutput::Unavailable);
     connect(m_sendAction, &QAction::toggled, m_output, &DmxOutput::setEnabled);

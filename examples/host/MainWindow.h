@@ -66,6 +66,8 @@ private:
     void connectPanes();
     QAction *makeAction(const QString &text, const QString &icon, const QKeySequence &keys);
 
+    void showText(QAction *action);
+
     bool mayDiscard();
     void setProjectPath(const QString &path);
     void showFault(const QString &text, const ProjectFile::Fault &fault);

@@ -145,5 +145,5 @@ private:
     QHash<quint32, TrelColor> m_live;
     mutable QMap<int, QByteArray> m_frames; ///< made again when asked for, after a change
     quint32 m_lastId = 0;
-    int m_mergeKey = 0; ///< assignments with different keys are different steps
+    int m_mergeKey = 1; ///< assignments with different keys are different steps; 0 stands for steps that do not merge
 };

@@ -41,12 +41,12 @@ constexpr ChannelShade CHANNELS[] = {
 // What the palette cannot say. palette() follows the variant.
 constexpr char STYLE_SHEET[] = R"(
 QToolBar { border: 0; spacing: 2px; padding: 3px 4px; }
-QToolBar QToolButton { padding: 4px 6px; border-radius: 4px; }
+QToolBar QToolButton { padding: 4px 5px; border-radius: 4px; }
 QToolBar QToolButton:hover { background: palette(midlight); }
 QToolBar QToolButton:checked { background: palette(highlight); color: palette(highlighted-text); }
 QToolBar QToolButton:focus { border: 1px solid palette(highlight); }
 QHeaderView::section { background: palette(window); color: palette(text); border: 0;
-    border-bottom: 1px solid palette(mid); padding: 4px 6px; }
+    border-bottom: 1px solid palette(mid); padding: 4px 3px; }
 QTableView, QTreeView { border: 1px solid palette(midlight); }
 QSplitter::handle { background: palette(window); }
 QSplitter::handle:hover { background: palette(midlight); }
