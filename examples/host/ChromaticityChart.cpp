@@ -32,6 +32,9 @@ constexpr int LOCUS_STEP = 50; ///< kelvin between the points of the drawn locus
 constexpr double MARK_RADIUS = 6.0;
 constexpr double GIVEN_RADIUS = 4.0;
 constexpr double FILL_OPACITY = 0.85;
+constexpr double LEGEND_X = 0.28; ///< x at which the diagram has ended, at the legend's height
+constexpr double LEGEND_MARGIN = 6.0;
+constexpr int MIN_LEGEND_PIXELS = 8;
 constexpr int IMAGE_SIZE = 128; ///< the diagram's colours are drawn coarse and smoothed
 
 QColor faint(const QColor &ink, double opacity)
@@ -165,14 +168,15 @@ void ChromaticityChart::drawGrid(QPainter &painter) const
     for (int tenth = 0; tenth <= GRID_LINES; ++tenth) {
         const double value = tenth / 10.0;
         painter.setPen(QPen(faint(ink, 0.12), 1));
-        painter.drawLine(placeOf({value, 0.0}), placeOf({value, GRID_LINES / 10.0 + 0.05}));
+        if (tenth < GRID_LINES)
+            painter.drawLine(placeOf({value, 0.0}), placeOf({value, GRID_LINES / 10.0 + 0.05}));
         painter.drawLine(placeOf({0.0, value}), placeOf({GRID_LINES / 10.0 - 0.03, value}));
         if (tenth % 2 != 0)
             continue;
         const QString text = QLocale().toString(value, 'f', 1);
         painter.setPen(faint(ink, 0.6));
         const double textWidth = metrics.horizontalAdvance(text);
-        if (tenth > 0)
+        if (tenth > 0 && tenth < GRID_LINES)
             painter.drawText(placeOf({value, 0.0}) + QPointF(-textWidth / 2.0, metrics.ascent() + 2.0), text);
         painter.drawText(placeOf({0.0, value}) + QPointF(-textWidth - 4.0, metrics.ascent() / 2.0 - 1.0), text);
     }
@@ -266,14 +270,25 @@ void ChromaticityChart::drawLegend(QPainter &painter) const
         lines.append({chromaticityText(seen.wanted), ink});
     if (seen.isOutside)
         lines.append({tr("gives %1").arg(chromaticityText(seen.given)), Theme::warningColor()});
-    const QFontMetrics metrics(painter.font());
-    const double right = area().right() - metrics.averageCharWidth();
-    double bottom = std::max(area().top(), 0.0) + metrics.height();
+    const double left = placeOf({LEGEND_X, 0.0}).x();
+    const double right = area().right() - LEGEND_MARGIN;
+    double widest = 1.0;
+    for (const Line &line : qAsConst(lines))
+        widest = std::max(widest, double(painter.fontMetrics().horizontalAdvance(line.text)));
+    painter.save();
+    QFont small = painter.font();
+    const double fitting = painter.fontInfo().pixelSize() * std::min(1.0, (right - left) / widest);
+    small.setPixelSize(std::max(MIN_LEGEND_PIXELS, int(fitting)));
+    painter.setFont(small);
+    const QFontMetrics metrics = painter.fontMetrics();
+    double bottom = area().top() + LEGEND_MARGIN + metrics.ascent();
     for (const Line &line : qAsConst(lines)) {
+        const QString text = metrics.elidedText(line.text, Qt::ElideRight, int(right - left));
         painter.setPen(line.color);
-        painter.drawText(QPointF(right - metrics.horizontalAdvance(line.text), bottom), line.text);
+        painter.drawText(QPointF(right - metrics.horizontalAdvance(text), bottom), text);
         bottom += metrics.lineSpacing();
     }
+    painter.restore();
 }
 
 void ChromaticityChart::pick(QPointF xy)

@@ -17,6 +17,7 @@
 namespace {
 
 constexpr int SPACE = 6;
+constexpr int MESSAGE_LINES = 2;
 
 QString xyText(QPointF xy)
 {
@@ -43,6 +44,7 @@ ColorEditor::ColorEditor(QWidget *parent)
     m_text->setToolTip(
         tr("A name, “#” and hexadecimal digits, or a value string such as “aYxy;1;0;65535;1;0.3127;0.329”"));
     m_text->setClearButtonEnabled(true);
+    m_message->setMinimumHeight(MESSAGE_LINES * m_message->fontMetrics().lineSpacing()); // so that nothing jumps
     m_tabs->setDocumentMode(true);
     m_tabs->setAccessibleName(tr("Ways to edit the colour"));
     setAcceptDrops(true);
@@ -165,8 +167,10 @@ void ColorEditor::showColor(const QWidget *source)
         else
             page.note->hide();
     }
-    if (m_text != source)
+    if (m_text != source) {
         m_text->setText(ColorText::shown(m_color));
+        m_text->setCursorPosition(0); // a long one is read from its beginning
+    }
     showGamut();
 }
 

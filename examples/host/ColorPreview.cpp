@@ -11,6 +11,7 @@
 namespace {
 
 constexpr double ROUNDING = 5.0;
+constexpr int GAP = 4; ///< between wanted and given
 constexpr int DRAG_SIZE = 32;
 
 } // namespace
@@ -55,6 +56,7 @@ void ColorPreview::paintEvent(QPaintEvent *)
         painter.setClipRect(rect().adjusted(width() / 2, 0, 0, 0));
         painter.fillPath(path, m_given.getQColor(true));
         painter.restore();
+        painter.fillRect(QRect(width() / 2 - GAP / 2, 0, GAP, height()), palette().window());
     }
     painter.setPen(QPen(palette().color(QPalette::Mid), 1));
     painter.drawPath(path);

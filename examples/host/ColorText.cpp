@@ -39,9 +39,10 @@ bool isWellFormedValueString(const QString &text)
     const QStringList fields = text.split(QLatin1Char(';'));
     if (fields.size() < MIN_TEXT_OF_A_VALUE_STRING)
         return false;
-    if (fields.first() == QLatin1String("aRgb"))
+    const QString &form = fields.first();
+    if (form == QLatin1String("aRgb"))
         return fields.size() == 4 && areNumbers(fields.mid(1, 2)) && isHexadecimal(fields.last());
-    return areNumbers(fields.mid(1));
+    return (form == QLatin1String("aYxy") || form == QLatin1String("aNchannel")) && areNumbers(fields.mid(1));
 }
 
 } // namespace

@@ -3,8 +3,8 @@
 #include "Theme.h"
 
 #include <QAccessible>
-#include <QApplication>
 #include <QEvent>
+#include <QPalette>
 
 MessageLabel::MessageLabel(QWidget *parent)
     : QLabel(parent)
@@ -40,7 +40,7 @@ void MessageLabel::changeEvent(QEvent *event)
 void MessageLabel::colorText()
 {
     m_isColoring = true;
-    QPalette colors = QApplication::palette(this);
+    QPalette colors; // of which only what is set here stays when the theme changes
     if (m_isWarning)
         colors.setColor(QPalette::WindowText, Theme::warningColor());
     setPalette(colors);

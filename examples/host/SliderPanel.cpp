@@ -33,8 +33,8 @@ SliderPanel::SliderPanel(QWidget *parent)
 
 void SliderPanel::clear()
 {
+    m_layout->setRowStretch(int(m_rows.size()), 0);
     for (const Row &row : qAsConst(m_rows)) {
-        m_layout->setRowStretch(int(m_rows.size()), 0);
         delete row.label;
         delete row.slider;
         delete row.number;
@@ -72,6 +72,7 @@ SliderPanel::Row SliderPanel::makeRow(const ColorField &field, int place)
     number->setDecimals(field.decimals);
     number->setSingleStep(field.step);
     number->setSuffix(field.unit);
+    number->setKeyboardTracking(false); // half a number would flash in the light that it goes to
     number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setBuddy(number);
     for (QWidget *widget : {static_cast<QWidget *>(slider), static_cast<QWidget *>(number)}) {

@@ -33,7 +33,9 @@ namespace {
 
 constexpr int THUMBNAIL_SIZE = 18; ///< pixels at a device pixel ratio of 1
 constexpr int SPACE = 6;
-constexpr int END = -1; ///< row behind the last
+constexpr int ICON_SIZE = 18;
+constexpr int ORDER_LENGTH = 8; ///< characters of the box with the order
+constexpr int END = -1;         ///< row behind the last
 
 TrelColorLibrary &library()
 {
@@ -133,6 +135,9 @@ QWidget *SwatchBrowser::createSearchBar()
     connect(m_order, qOverload<int>(&QComboBox::currentIndexChanged), this,
             [this] { m_filter->setOrder(SwatchFilter::Order(m_order->currentData().toInt())); });
 
+    m_order->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_order->setMinimumContentsLength(ORDER_LENGTH);
+
     auto *bar = new QWidget;
     auto *layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -175,6 +180,7 @@ QAction *SwatchBrowser::addTreeAction(const QString &text, const QString &icon, 
 QWidget *SwatchBrowser::createToolBar()
 {
     auto *bar = new QToolBar;
+    bar->setIconSize(QSize(ICON_SIZE, ICON_SIZE));
     for (QAction *action : qAsConst(m_actions)) {
         if (!action)
             break; // arranging and the clipboard are in the menu

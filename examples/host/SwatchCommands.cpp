@@ -6,6 +6,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
 
 using Item = TrelColorLibraryItem;
@@ -96,8 +97,30 @@ QVector<SwatchRecord> recordsFrom(const QModelIndex &list, int first)
     return records;
 }
 
+/// A reference to an old preset, or a colour that nobody has named; createColor() would name it.
+void appendUnnamed(const QModelIndex &list, const SwatchRecord &record)
+{
+    const int row = library().rowCount(list);
+    library().insertRows(row, 1, list);
+    const QModelIndex index = library().index(row, 0, list);
+    if (!record.uid.isEmpty())
+        library().setData(index, record.uid, Item::UidRole);
+    TrelColor color = record.color;
+    library().setData(index, QVariant::fromValue<void *>(&color), Item::ColorRole);
+    library().setData(index, record.originatingPreset, Item::OriginatingPresetRole);
+    library().setData(index, record.vendorId, Item::VendorIdRole);
+    if (record.oldPreset.isEmpty())
+        return;
+    library().setData(index, record.oldPreset, Item::OldPresetRole);
+    library().setData(index, false, Item::CanBeModifiedRole);
+}
+
 void append(const QString &listId, const SwatchRecord &record)
 {
+    if (record.name.isEmpty()) {
+        appendUnnamed(library().getIndexOfListId(listId), record);
+        return;
+    }
     library().createColor(record.color, record.uid, listId, record.originatingPreset, record.vendorId);
     const QModelIndex list = library().getIndexOfListId(listId);
     const QModelIndex index = library().index(library().rowCount(list) - 1, 0, list);
@@ -105,11 +128,6 @@ void append(const QString &listId, const SwatchRecord &record)
     writeText(index, Qt::ToolTipRole, record.name);
     writeText(index, Item::OriginatingPresetRole, record.originatingPreset);
     writeText(index, Item::VendorIdRole, record.vendorId);
-    if (record.oldPreset.isEmpty())
-        return;
-    library().setData(index, QString(), Item::UidRole);
-    library().setData(index, record.oldPreset, Item::OldPresetRole);
-    library().setData(index, false, Item::CanBeModifiedRole);
 }
 
 /// Puts colours at \a row of a list. The library finds by uid only what it has made at the end of a list, so that
@@ -130,12 +148,14 @@ void insert(const QString &listId, int row, const QVector<SwatchRecord> &records
         append(listId, record);
 }
 
-void remove(const QString &listId, const QString &uid, int guess)
+/// \return whether there was such a colour.
+bool remove(const QString &listId, const QString &uid, int guess)
 {
     const QModelIndex list = library().getIndexOfListId(listId);
     const int row = rowOf(list, uid, guess);
     if (row >= 0)
         library().removeRows(row, 1, list);
+    return row >= 0;
 }
 
 bool isBefore(const SwatchPlace &a, const SwatchPlace &b)
@@ -144,10 +164,27 @@ bool isBefore(const SwatchPlace &a, const SwatchPlace &b)
 }
 
 /// Removes colours from the last one on, so that the rows of the others stay.
-void removeAll(const QVector<SwatchPlace> &sorted)
+/// \return those that were there, sorted as before.
+QVector<SwatchPlace> removeAll(const QVector<SwatchPlace> &sorted)
 {
-    std::for_each(sorted.crbegin(), sorted.crend(),
-                  [](const SwatchPlace &place) { remove(place.list, place.record.uid, place.row); });
+    QVector<SwatchPlace> removed;
+    std::for_each(sorted.crbegin(), sorted.crend(), [&](const SwatchPlace &place) {
+        if (remove(place.list, place.record.uid, place.row))
+            removed.append(place);
+    });
+    std::reverse(removed.begin(), removed.end());
+    return removed;
+}
+
+/// Removes colours that stand one behind the other. \return the uids of those that were there.
+QSet<QString> removeRun(const QString &list, int first, const QVector<SwatchRecord> &records)
+{
+    QSet<QString> removed;
+    for (int i = int(records.size()) - 1; i >= 0; --i) {
+        if (remove(list, records.at(i).uid, first + i))
+            removed.insert(records.at(i).uid);
+    }
+    return removed;
 }
 
 /// Puts back colours that were removed with removeAll(), those of neighbouring rows in one go.
@@ -353,8 +390,7 @@ void CreateColorsCommand::apply()
 
 void CreateColorsCommand::revert()
 {
-    for (int i = int(m_records.size()) - 1; i >= 0; --i)
-        remove(m_list, m_records.at(i).uid, m_row + i);
+    removeRun(m_list, m_row, m_records);
 }
 
 DeleteColorsCommand::DeleteColorsCommand(const QVector<SwatchPlace> &colors)
@@ -365,12 +401,12 @@ DeleteColorsCommand::DeleteColorsCommand(const QVector<SwatchPlace> &colors)
 
 void DeleteColorsCommand::apply()
 {
-    removeAll(m_colors);
+    m_removed = removeAll(m_colors);
 }
 
 void DeleteColorsCommand::revert()
 {
-    putBack(m_colors);
+    putBack(m_removed);
 }
 
 RenameColorCommand::RenameColorCommand(const SwatchPlace &color, const QString &newName)
@@ -425,15 +461,23 @@ MoveColorsCommand::MoveColorsCommand(const QVector<SwatchPlace> &colors, const Q
 
 void MoveColorsCommand::apply()
 {
-    removeAll(m_colors);
-    insert(m_list, m_row, m_moved);
+    const QVector<SwatchPlace> removed = removeAll(m_colors);
+    QSet<QString> uids;
+    for (const SwatchPlace &place : removed)
+        uids.insert(place.record.uid);
+    QVector<SwatchRecord> arriving;
+    std::copy_if(m_moved.cbegin(), m_moved.cend(), std::back_inserter(arriving),
+                 [&](const SwatchRecord &record) { return uids.contains(record.uid); });
+    insert(m_list, m_row, arriving);
 }
 
 void MoveColorsCommand::revert()
 {
-    for (int i = int(m_moved.size()) - 1; i >= 0; --i)
-        remove(m_list, m_moved.at(i).uid, m_row + i);
-    putBack(m_colors);
+    const QSet<QString> uids = removeRun(m_list, m_row, m_moved);
+    QVector<SwatchPlace> returning;
+    std::copy_if(m_colors.cbegin(), m_colors.cend(), std::back_inserter(returning),
+                 [&](const SwatchPlace &place) { return uids.contains(place.record.uid); });
+    putBack(returning);
 }
 
 RecolorCommand::RecolorCommand(const QVector<SwatchPlace> &colors, const TrelColor &color)

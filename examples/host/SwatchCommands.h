@@ -164,6 +164,7 @@ protected:
 
 private:
     QVector<SwatchPlace> m_colors;
+    QVector<SwatchPlace> m_removed; ///< those that were there
 };
 
 /// Renames a colour, which cuts its ties to preset and vendor; undoing it restores them.

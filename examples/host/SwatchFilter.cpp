@@ -48,6 +48,8 @@ bool isShownList(const QModelIndex &list)
 SwatchFilter::SwatchFilter(QObject *parent)
     : QSortFilterProxyModel(parent)
 {
+    if (m_collator.locale().language() == QLocale::C)
+        m_collator.setLocale(QLocale(QLocale::English)); // C knows neither numbers nor upper case
     m_collator.setNumericMode(true);
     m_collator.setCaseSensitivity(Qt::CaseInsensitive);
     setRecursiveFilteringEnabled(true);

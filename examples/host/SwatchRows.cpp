@@ -67,9 +67,16 @@ QModelIndex SwatchRows::mapToSource(const QModelIndex &index) const
     if (!index.isValid())
         return source->rootIndex();
     const auto *list = static_cast<const List *>(index.internalPointer());
-    if (!list)
-        return source->index(index.row(), index.column(), source->rootIndex());
-    return source->index(index.row(), index.column(), source->index(list->row, 0, source->rootIndex()));
+    const QModelIndex sourceParent =
+        list ? source->index(sourceRow(nullptr, list->row), 0, source->rootIndex()) : source->rootIndex();
+    return source->index(sourceRow(list, index.row()), index.column(), sourceParent);
+}
+
+/// Who listens to rowsAboutToBeInserted() still finds each row where it was.
+int SwatchRows::sourceRow(const List *list, int row) const
+{
+    const bool isShifted = m_coming.list == list && row >= m_coming.first;
+    return isShifted ? row + m_coming.count : row;
 }
 
 QModelIndex SwatchRows::mapFromSource(const QModelIndex &sourceIndex) const
@@ -143,7 +150,9 @@ void SwatchRows::onInserted(const QModelIndex &sourceParent, int first)
     const int count = library()->rowCount(sourceParent);
     if (count <= list.count)
         return;
+    m_coming = {&list, first, count - list.count};
     beginInsertRows(indexOf(&list), first, first + count - list.count - 1);
+    m_coming = {};
     list.count = count;
     endInsertRows();
 }
@@ -154,7 +163,9 @@ void SwatchRows::insertLists(int first)
     const int count = library()->rowCount(root) - int(m_lists.size());
     if (count < 1)
         return;
+    m_coming = {nullptr, first, count};
     beginInsertRows(QModelIndex(), first, first + count - 1);
+    m_coming = {};
     for (int row = first; row < first + count; ++row) {
         const int colors = library()->rowCount(library()->index(row, 0, root));
         m_lists.insert(m_lists.begin() + row, std::make_unique<List>(List{row, colors}));

@@ -41,7 +41,16 @@ private:
         int count; ///< colours that have been announced
     };
 
+    /// Rows that the library has already, but this model has not announced yet.
+    struct Coming
+    {
+        const List *list = nullptr; ///< null for lists
+        int first = 0;
+        int count = 0;
+    };
+
     TrelColorLibrary *library() const;
+    int sourceRow(const List *list, int row) const;
     QModelIndex indexOf(const List *list) const;
     void readAll();
     void renumber();
@@ -52,4 +61,5 @@ private:
     void onDataChanged(const QModelIndex &from, const QModelIndex &to);
 
     std::vector<std::unique_ptr<List>> m_lists;
+    Coming m_coming;
 };

@@ -22,6 +22,8 @@ namespace {
 constexpr int SWATCH_SIZE = 18;
 constexpr int ROW_SPACE = 3;
 constexpr int MARK_WIDTH = 2;
+constexpr int ID_SHARE = 4;          ///< the identifiers' column gets one part in so many
+constexpr int ID_NEEDS_WIDTH = 260;  ///< of the tree; below, names get all
 constexpr int EXPAND_DELAY_MS = 600; ///< while a drag hovers over a closed list
 
 /// Lists in bold; new names go to the tree's signal instead of the model.
@@ -109,7 +111,7 @@ SwatchTree::SwatchTree(SwatchFilter *filter, QWidget *parent)
     setAccessibleName(tr("Colour lists"));
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    header()->setSectionResizeMode(1, QHeaderView::Fixed);
 }
 
 QModelIndexList SwatchTree::selectedRowsThatAreLists(bool areLists) const
@@ -220,6 +222,13 @@ SwatchTree::Target SwatchTree::besideColor(const QModelIndex &color, QPoint posi
     const int y = isBehind ? rect.bottom() + 1 : rect.top();
     target.mark = QRect(rect.left(), y - MARK_WIDTH / 2, viewport()->width() - rect.left(), MARK_WIDTH);
     return target;
+}
+
+void SwatchTree::resizeEvent(QResizeEvent *event)
+{
+    QTreeView::resizeEvent(event);
+    header()->setSectionHidden(1, width() < ID_NEEDS_WIDTH);
+    header()->resizeSection(1, width() / ID_SHARE);
 }
 
 void SwatchTree::paintEvent(QPaintEvent *event)
