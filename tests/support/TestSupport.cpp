@@ -37,15 +37,25 @@ void TrelTest::expectDebug(const QString &text)
     QTest::ignoreMessage(QtDebugMsg, text.toUtf8().constData());
 }
 
+void TrelTest::setUp()
+{
+}
+
+void TrelTest::tearDown()
+{
+}
+
 void TrelTest::init()
 {
     s_expected.clear();
     s_seen.clear();
     s_next = qInstallMessageHandler(recordWarnings);
+    setUp();
 }
 
 void TrelTest::cleanup()
 {
+    tearDown();
     qInstallMessageHandler(s_next);
     for (const QString &text : qAsConst(s_expected))
         s_seen.removeOne(text);

@@ -18,6 +18,11 @@ protected:
     /// Announces one qDebug line with exactly this text; the test fails when it does not come.
     static void expectDebug(const QString &text);
 
+    /// What each test function begins with. A class that declared init() itself would have no warnings looked at.
+    virtual void setUp();
+    /// What each test function ends with.
+    virtual void tearDown();
+
 private Q_SLOTS:
     void init();
     void cleanup();
