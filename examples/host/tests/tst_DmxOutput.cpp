@@ -10,9 +10,11 @@ class tst_DmxOutput : public TrelTest
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override;
+
 private Q_SLOTS:
-    void init();
-    void cleanup();
     void withoutASinkItIsUnavailable();
     void sendsNothingUntilItIsEnabled();
     void sendsAllSlotsOfEachUniverse();
@@ -34,7 +36,7 @@ private:
     std::unique_ptr<DmxOutput> m_output;
 };
 
-void tst_DmxOutput::init()
+void tst_DmxOutput::setUp()
 {
     m_undo = std::make_unique<QUndoStack>();
     m_patch = std::make_unique<Patch>(m_undo.get());
@@ -42,7 +44,7 @@ void tst_DmxOutput::init()
     m_output = std::make_unique<DmxOutput>(m_patch.get(), std::make_unique<FakeSink>(&m_daemon));
 }
 
-void tst_DmxOutput::cleanup()
+void tst_DmxOutput::tearDown()
 {
     m_output.reset();
     m_patch.reset();

@@ -10,9 +10,11 @@ class tst_Patch : public TrelTest
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override;
+
 private Q_SLOTS:
-    void init();
-    void cleanup();
     void addsAndRemovesWithUndo();
     void refusesWhatDoesNotFit_data();
     void refusesWhatDoesNotFit();
@@ -43,7 +45,7 @@ private:
     std::unique_ptr<QAbstractItemModelTester> m_tester;
 };
 
-void tst_Patch::init()
+void tst_Patch::setUp()
 {
     m_undo = std::make_unique<QUndoStack>();
     m_patch = std::make_unique<Patch>(m_undo.get());
@@ -51,7 +53,7 @@ void tst_Patch::init()
                                                           QAbstractItemModelTester::FailureReportingMode::QtTest);
 }
 
-void tst_Patch::cleanup()
+void tst_Patch::tearDown()
 {
     m_undo->clear();
     m_tester.reset();
@@ -213,17 +215,18 @@ void tst_Patch::duplicatesAtFreePlaces()
 void tst_Patch::duplicatesNothingWhereThereIsNoRoom()
 {
     QVector<Fixture> fixtures;
-    for (int i = 0; i < 170; ++i) {
-        Fixture fixture = Fixture::withDefaults(ColorUtils::GENERIC_RGB);
+    for (int i = 0; i < 51; ++i) {
+        Fixture fixture = Fixture::withDefaults(ColorUtils::STRAND_BEAM_KVX);
         fixture.name = QString::number(i);
-        fixture.address = 1 + 3 * i;
+        fixture.resolution = 2;
+        fixture.address = 1 + 10 * i;
         fixtures.append(fixture);
     }
     QVERIFY(m_patch->add(fixtures));
     QSignalSpy refusals(m_patch.get(), &Patch::refused);
     m_patch->duplicate({0});
     QCOMPARE(refusals.size(), 1);
-    QCOMPARE(m_patch->rowCount(), 170);
+    QCOMPARE(m_patch->rowCount(), 51);
     QCOMPARE(m_undo->count(), 1);
 }
 

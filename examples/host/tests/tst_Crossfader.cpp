@@ -1,0 +1,198 @@
+#include "ColorMime.h"
+#include "ColorSlot.h"
+#include "Crossfader.h"
+#include "Drags.h"
+#include "Fixture.h"
+#include "PaneTest.h"
+
+#include <QDoubleSpinBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSlider>
+
+class tst_Crossfader : public TrelTest
+{
+    Q_OBJECT
+
+protected:
+    void setUp() override;
+    void tearDown() override;
+
+private Q_SLOTS:
+    void blendsByHand();
+    void blendsWithTheKeyboard();
+    void fadesOverTime();
+    void fadesBackFromTheEnd();
+    void stopsWhereItIs();
+    void handsOverToTheHand();
+    void fadesAtOnceInNoTime();
+    void slotsTakeColors();
+    void slotsTakeTheCurrentColor();
+
+private:
+    QSlider *slider() const;
+    QPushButton *button() const;
+    ColorSlot *colorSlot(int place) const;
+    QPoint handle(double position) const;
+
+    std::unique_ptr<Crossfader> m_fader;
+    std::unique_ptr<QSignalSpy> m_started;
+    std::unique_ptr<QSignalSpy> m_moved;
+    std::unique_ptr<QSignalSpy> m_finished;
+};
+
+void tst_Crossfader::setUp()
+{
+    m_fader = std::make_unique<Crossfader>();
+    m_started = std::make_unique<QSignalSpy>(m_fader.get(), &Crossfader::started);
+    m_moved = std::make_unique<QSignalSpy>(m_fader.get(), &Crossfader::moved);
+    m_finished = std::make_unique<QSignalSpy>(m_fader.get(), &Crossfader::finished);
+    QVERIFY(PaneTest::present(*m_fader, QSize(200, 220)));
+}
+
+void tst_Crossfader::tearDown()
+{
+    m_fader.reset();
+}
+
+QSlider *tst_Crossfader::slider() const
+{
+    return m_fader->findChild<QSlider *>();
+}
+
+QPushButton *tst_Crossfader::button() const
+{
+    return m_fader->findChild<QPushButton *>();
+}
+
+ColorSlot *tst_Crossfader::colorSlot(int place) const
+{
+    return m_fader->findChildren<ColorSlot *>().at(place);
+}
+
+QPoint tst_Crossfader::handle(double position) const
+{
+    constexpr int HALF_HANDLE = 7;
+    const int travel = slider()->width() - 2 * HALF_HANDLE;
+    return QPoint(HALF_HANDLE + int(travel * position), slider()->height() / 2);
+}
+
+void tst_Crossfader::blendsByHand()
+{
+    QTest::mousePress(slider(), Qt::LeftButton, Qt::NoModifier, handle(0.0));
+    Drags::move(slider(), handle(0.25));
+    Drags::move(slider(), handle(0.5));
+    QCOMPARE(m_started->size(), 1);
+    QVERIFY(m_moved->size() >= 2);
+    QVERIFY(m_finished->isEmpty());
+    QTest::mouseRelease(slider(), Qt::LeftButton, Qt::NoModifier, handle(0.5));
+    QCOMPARE(m_finished->size(), 1);
+    QVERIFY(qAbs(m_fader->position() - 0.5) < 0.1);
+    const double level = m_finished->first().first().value<TrelColor>().redF(); // of black to white
+    QVERIFY(qAbs(level - m_fader->position()) < 0.01);
+}
+
+void tst_Crossfader::blendsWithTheKeyboard()
+{
+    slider()->setFocus();
+    QTest::keyClick(slider(), Qt::Key_PageUp);
+    QCOMPARE(m_fader->position(), 0.1);
+    QTest::keyClick(slider(), Qt::Key_End);
+    QCOMPARE(m_finished->size(), 2);
+    QVERIFY(isSameColor(m_fader->color().toRgb16(true), TrelColor("white")));
+    QTest::keyClick(slider(), Qt::Key_End);
+    QCOMPARE(m_finished->size(), 2); // it stands there already
+}
+
+void tst_Crossfader::fadesOverTime()
+{
+    m_fader->findChild<QDoubleSpinBox *>()->setValue(1000.0); // so that the test, not the clock, moves it
+    QTest::mouseClick(button(), Qt::LeftButton);
+    QVERIFY(m_fader->isRunning());
+    QCOMPARE(m_started->size(), 1);
+    m_fader->advance(250'000);
+    QCOMPARE(m_fader->position(), 0.25);
+    m_fader->advance(500'000);
+    QCOMPARE(m_fader->position(), 0.5);
+    QCOMPARE(m_fader->color().red8(), 128);
+    QVERIFY(m_finished->isEmpty());
+    m_fader->advance(1'000'000);
+    QCOMPARE(m_fader->position(), 1.0);
+    QVERIFY(!m_fader->isRunning());
+    QCOMPARE(m_finished->size(), 1);
+    m_fader->advance(2'000'000);
+    QCOMPARE(m_finished->size(), 1);
+}
+
+void tst_Crossfader::fadesBackFromTheEnd()
+{
+    m_fader->findChild<QDoubleSpinBox *>()->setValue(1000.0);
+    slider()->setValue(slider()->maximum());
+    m_fader->toggle();
+    m_fader->advance(250'000);
+    QCOMPARE(m_fader->position(), 0.75);
+    m_fader->advance(1'000'000);
+    QCOMPARE(m_fader->position(), 0.0);
+}
+
+void tst_Crossfader::stopsWhereItIs()
+{
+    m_fader->findChild<QDoubleSpinBox *>()->setValue(1000.0);
+    QTest::mouseClick(button(), Qt::LeftButton);
+    const QString running = button()->text();
+    m_fader->advance(400'000);
+    QTest::mouseClick(button(), Qt::LeftButton);
+    QVERIFY(!m_fader->isRunning());
+    QVERIFY(button()->text() != running);
+    QCOMPARE(m_fader->position(), 0.4);
+    QCOMPARE(m_finished->size(), 1);
+}
+
+void tst_Crossfader::handsOverToTheHand()
+{
+    m_fader->findChild<QDoubleSpinBox *>()->setValue(1000.0);
+    m_fader->toggle();
+    m_fader->advance(500'000);
+    QTest::mousePress(slider(), Qt::LeftButton, Qt::NoModifier, handle(0.5));
+    QVERIFY(!m_fader->isRunning());
+    Drags::move(slider(), handle(0.1));
+    QTest::mouseRelease(slider(), Qt::LeftButton, Qt::NoModifier, handle(0.1));
+    QCOMPARE(m_started->size(), 1); // it is one movement
+    QCOMPARE(m_finished->size(), 1);
+    QVERIFY(m_fader->position() < 0.3);
+}
+
+void tst_Crossfader::fadesAtOnceInNoTime()
+{
+    m_fader->findChild<QDoubleSpinBox *>()->setValue(0.0);
+    m_fader->toggle();
+    m_fader->advance(0);
+    QCOMPARE(m_fader->position(), 1.0);
+    QCOMPARE(m_finished->size(), 1);
+}
+
+void tst_Crossfader::slotsTakeColors()
+{
+    const std::unique_ptr<QMimeData> data(ColorMime::fromColors({{TrelColor("#ff0000"), "Red"}}));
+    QVERIFY(Drags::drop(colorSlot(0), QPoint(5, 5), data.get()));
+    QVERIFY(isSameColor(colorSlot(0)->color(), TrelColor("#ff0000")));
+    QVERIFY(isSameColor(m_fader->color().toRgb16(true), TrelColor("#ff0000")));
+    QMimeData noColor;
+    noColor.setText("tea");
+    QVERIFY(!Drags::drop(colorSlot(0), QPoint(5, 5), &noColor));
+}
+
+void tst_Crossfader::slotsTakeTheCurrentColor()
+{
+    m_fader->setCurrentColor(TrelColor("#0000ff"));
+    QTest::mouseClick(colorSlot(1), Qt::LeftButton);
+    QVERIFY(isSameColor(colorSlot(1)->color(), TrelColor("#0000ff")));
+    m_fader->setCurrentColor(TrelColor("#00ff00"));
+    colorSlot(0)->setFocus();
+    QTest::keyClick(colorSlot(0), Qt::Key_Space);
+    QVERIFY(isSameColor(colorSlot(0)->color(), TrelColor("#00ff00")));
+}
+
+PANE_TEST_MAIN(tst_Crossfader)
+
+#include "tst_Crossfader.moc"
