@@ -28,14 +28,16 @@ constexpr double KEY_STEP = 0.005;
 constexpr double FINE_KEY_STEP = 0.0005;
 constexpr int GRID_LINES = 8; ///< one for each tenth
 constexpr int ISO_TEMPERATURES[] = {2000, 2700, 4000, 6500, 11000};
-constexpr int LOCUS_STEP = 50; ///< kelvin between the points of the drawn locus
+constexpr int LOCUS_POINTS = 20; ///< of the drawn locus; closer ones would show how they are rounded to pixels
+constexpr double MIRED = 1e6;    ///< mired × kelvin
 constexpr double MARK_RADIUS = 6.0;
 constexpr double GIVEN_RADIUS = 4.0;
 constexpr double FILL_OPACITY = 0.85;
 constexpr double LEGEND_X = 0.28; ///< x at which the diagram has ended, at the legend's height
 constexpr double LEGEND_MARGIN = 6.0;
 constexpr int MIN_LEGEND_PIXELS = 8;
-constexpr int IMAGE_SIZE = 128; ///< the diagram's colours are drawn coarse and smoothed
+constexpr int LETTERS_ACROSS = 22; ///< letters that the diagram is wide at least, so that the margin holds "0.8"
+constexpr int IMAGE_SIZE = 128;    ///< the diagram's colours are drawn coarse and smoothed
 
 QColor faint(const QColor &ink, double opacity)
 {
@@ -59,6 +61,19 @@ QImage chromaticities()
         }
     }
     return image;
+}
+
+/// A path through all of \a points without corners (a Catmull-Rom spline).
+QPainterPath smoothPath(const QPolygonF &points)
+{
+    QPainterPath path(points.first());
+    const auto at = [&](int i) { return points.at(std::clamp(i, 0, int(points.size()) - 1)); };
+    for (int i = 0; i + 1 < points.size(); ++i) {
+        const QPointF leaving = at(i) + (at(i + 1) - at(i - 1)) / 6.0;
+        const QPointF arriving = at(i + 1) - (at(i + 2) - at(i)) / 6.0;
+        path.cubicTo(leaving, arriving, at(i + 1));
+    }
+    return path;
 }
 
 QString chromaticityText(QPointF xy)
@@ -148,6 +163,9 @@ void ChromaticityChart::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.fillRect(rect(), palette().base());
+    QFont font = painter.font();
+    font.setPixelSize(std::clamp(int(area().width() / LETTERS_ACROSS), MIN_LEGEND_PIXELS, fontInfo().pixelSize()));
+    painter.setFont(font);
     drawGrid(painter);
     drawLight(painter);
     drawWhite(painter);
@@ -189,8 +207,7 @@ void ChromaticityChart::drawLight(QPainter &painter) const
     const QPolygonF border = VisibleLight::outline();
     for (const QPointF &xy : border)
         outline.append(placeOf(xy));
-    QPainterPath path;
-    path.addPolygon(outline);
+    QPainterPath path = smoothPath(outline);
     path.closeSubpath();
     painter.save();
     painter.setClipPath(path);
@@ -214,10 +231,13 @@ void ChromaticityChart::drawWhite(QPainter &painter) const
     for (const int cct : ISO_TEMPERATURES)
         painter.drawLine(place(cct, tint), place(cct, -tint));
     QPolygonF locus;
-    for (int cct = CCTUtils::getMinCCT(); cct <= CCTUtils::getMaxCCT(); cct += LOCUS_STEP)
-        locus.append(place(cct, 0));
+    const double warmest = MIRED / CCTUtils::getMinCCT();
+    const double coldest = MIRED / CCTUtils::getMaxCCT();
+    for (int i = 0; i < LOCUS_POINTS; ++i)
+        locus.append(place(int(MIRED / (warmest + (coldest - warmest) * i / (LOCUS_POINTS - 1))), 0));
     painter.setPen(QPen(Qt::black, 1.6));
-    painter.drawPolyline(locus);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(smoothPath(locus));
 }
 
 void ChromaticityChart::drawGamut(QPainter &painter) const

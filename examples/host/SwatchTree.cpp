@@ -61,6 +61,13 @@ protected:
     {
         QStyledItemDelegate::initStyleOption(option, index);
         option->font.setBold(!index.parent().isValid());
+        if (option->icon.isNull())
+            return;
+        // The same when selected, where styles would tint it: a swatch shows its colour.
+        const QPixmap swatch = qvariant_cast<QPixmap>(index.data(Qt::DecorationRole));
+        option->icon = QIcon();
+        for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Selected})
+            option->icon.addPixmap(swatch, mode);
     }
 
 private:
@@ -99,6 +106,7 @@ SwatchTree::SwatchTree(SwatchFilter *filter, QWidget *parent)
     , m_filter(filter)
 {
     setModel(filter);
+    spanLists(0, filter->rowCount() - 1);
     setItemDelegate(new NameDelegate(this));
     setSelectionMode(ExtendedSelection);
     setEditTriggers(EditKeyPressed | SelectedClicked);
@@ -112,6 +120,20 @@ SwatchTree::SwatchTree(SwatchFilter *filter, QWidget *parent)
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(0, QHeaderView::Stretch);
     header()->setSectionResizeMode(1, QHeaderView::Fixed);
+}
+
+void SwatchTree::rowsInserted(const QModelIndex &parent, int first, int last)
+{
+    QTreeView::rowsInserted(parent, first, last);
+    if (!parent.isValid())
+        spanLists(first, last);
+}
+
+/// Lists have no identifiers, so that their names get all the width.
+void SwatchTree::spanLists(int first, int last)
+{
+    for (int row = first; row <= last; ++row)
+        setFirstColumnSpanned(row, QModelIndex(), true);
 }
 
 QModelIndexList SwatchTree::selectedRowsThatAreLists(bool areLists) const

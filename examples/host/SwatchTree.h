@@ -28,6 +28,7 @@ Q_SIGNALS:
     void dropped(const QMimeData *data, const QModelIndex &list, int row, bool isMove);
 
 protected:
+    void rowsInserted(const QModelIndex &parent, int first, int last) override;
     void startDrag(Qt::DropActions supportedActions) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
@@ -45,6 +46,7 @@ private:
         QRect mark; ///< in the viewport: a line between colours, or a list's row
     };
 
+    void spanLists(int first, int last);
     Target targetAt(QPoint position) const;
     Target besideColor(const QModelIndex &color, QPoint position) const;
     QModelIndexList selectedRowsThatAreLists(bool areLists) const;

@@ -7,18 +7,27 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QDrag>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QLoggingCategory>
-#include <QMetaMethod>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QWidget>
 
 Q_DECLARE_METATYPE(TrelColor)
 
 /// What the tests of panes share.
 namespace PaneTest {
+
+/// As the program sets itself up for fine screens.
+inline void beforeApplication()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+}
 
 /// main() of such a test: the library's debug lines, of which every save writes one, are off.
 inline void prepare()
@@ -28,28 +37,18 @@ inline void prepare()
     Theme::apply(Theme::Dark);
 }
 
-/// Runs TrelTest's own init() or cleanup(), which those of a test class hide.
-inline void runInherited(TrelTest *test, const char *slot)
-{
-    const QMetaObject &meta = TrelTest::staticMetaObject;
-    meta.method(meta.indexOfMethod(slot)).invoke(test, Qt::DirectConnection);
-}
-
-/// In place of TrelTest's init(): the platform's remarks about what it lacks are no warnings of ours.
-inline void beginTest(TrelTest *test)
+/// For the rest of the test function: the platform's remarks about what it lacks are no warnings of ours.
+inline void ignorePlatformRemarks()
 {
     static QtMessageHandler s_next = nullptr;
-    runInherited(test, "init()");
-    s_next = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &text) {
+    static const QtMessageHandler s_filter = [](QtMsgType type, const QMessageLogContext &context,
+                                                const QString &text) {
         if (!text.startsWith(QLatin1String("This plugin does not support")))
             s_next(type, context, text);
-    });
-}
-
-/// In place of TrelTest's cleanup().
-inline void endTest(TrelTest *test)
-{
-    runInherited(test, "cleanup()");
+    };
+    const QtMessageHandler before = qInstallMessageHandler(s_filter);
+    if (before != s_filter)
+        s_next = before;
 }
 
 /// Moves the mouse to \a place with the left button held.
@@ -58,6 +57,33 @@ inline void dragTo(QWidget &widget, QPoint place)
     QMouseEvent move(QEvent::MouseMove, place, widget.mapToGlobal(place), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&widget, &move);
 }
+
+/// Holds what a widget gives away when it is dragged by the mouse; the platform of the tests ends each drag at once.
+class DragWatch : public QObject
+{
+public:
+    /// \param source of the drags, which stand below it among the objects.
+    explicit DragWatch(QObject &source)
+    {
+        source.installEventFilter(this);
+    }
+
+    /// The last drag; null where none began since the event loop ran.
+    QDrag *drag() const
+    {
+        return qobject_cast<QDrag *>(m_child);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::ChildAdded)
+            m_child = static_cast<QChildEvent *>(event)->child();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QPointer<QObject> m_child;
+};
 
 /// Drags \a data over \a place and, where it is taken, drops it. \return whether the drop was taken.
 inline bool drop(QWidget &widget, QPoint place, const QMimeData &data,
@@ -83,6 +109,7 @@ inline bool drop(QWidget &widget, QPoint place, const QMimeData &data,
 /// Shows \a widget with the keyboard on it; false when the platform gives none.
 inline bool present(QWidget &widget, QSize size)
 {
+    ignorePlatformRemarks();
     widget.resize(size);
     widget.show();
     widget.activateWindow();
@@ -114,6 +141,7 @@ inline bool takePictures(QWidget &widget, const QString &name)
     int main(int argc, char **argv)                                                                                    \
     {                                                                                                                  \
         isolateFromUser();                                                                                             \
+        PaneTest::beforeApplication();                                                                                 \
         QApplication application(argc, argv);                                                                          \
         PaneTest::prepare();                                                                                           \
         TestClass test;                                                                                                \

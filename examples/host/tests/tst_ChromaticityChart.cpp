@@ -17,9 +17,11 @@ class tst_ChromaticityChart : public TrelTest
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override;
+
 private Q_SLOTS:
-    void init();
-    void cleanup();
     void placesAndChromaticities();
     void clickAndDragPick();
     void picksStayInTheLight();
@@ -62,19 +64,17 @@ QColor colorOf(QWidget &widget, QPoint place)
 
 } // namespace
 
-void tst_ChromaticityChart::init()
+void tst_ChromaticityChart::setUp()
 {
-    PaneTest::beginTest(this);
     m_chart = std::make_unique<ChromaticityChart>();
     m_spy = std::make_unique<QSignalSpy>(m_chart.get(), &ChromaticityChart::colorChanged);
     QVERIFY(PaneTest::present(*m_chart, QSize(400, 440)));
 }
 
-void tst_ChromaticityChart::cleanup()
+void tst_ChromaticityChart::tearDown()
 {
     m_spy.reset();
     m_chart.reset();
-    PaneTest::endTest(this);
 }
 
 QPoint tst_ChromaticityChart::at(double x, double y) const

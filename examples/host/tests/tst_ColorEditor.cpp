@@ -20,9 +20,11 @@ class tst_ColorEditor : public TrelTest
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override;
+
 private Q_SLOTS:
-    void init();
-    void cleanup();
     void showsAColorInAllForms();
     void numbersAreTyped_data();
     void numbersAreTyped();
@@ -38,6 +40,7 @@ private Q_SLOTS:
     void channelsFollowTheProfile();
     void gamutIsShown();
     void dropsAreTaken();
+    void swatchIsDragged();
     void settingDoesNotEmit();
     void unusableColorsAreIgnored();
     void everythingHasAName();
@@ -54,19 +57,17 @@ private:
     std::unique_ptr<QSignalSpy> m_spy;
 };
 
-void tst_ColorEditor::init()
+void tst_ColorEditor::setUp()
 {
-    PaneTest::beginTest(this);
     m_editor = std::make_unique<ColorEditor>();
     m_spy = std::make_unique<QSignalSpy>(m_editor.get(), &ColorEditor::colorChanged);
     QVERIFY(PaneTest::present(*m_editor, QSize(384, 360)));
 }
 
-void tst_ColorEditor::cleanup()
+void tst_ColorEditor::tearDown()
 {
     m_spy.reset();
     m_editor.reset();
-    PaneTest::endTest(this);
 }
 
 void tst_ColorEditor::turnTo(ColorForm::Kind kind)
@@ -378,6 +379,22 @@ void tst_ColorEditor::dropsAreTaken()
     QVERIFY(!PaneTest::drop(*m_editor, QPoint(5, 5), data));
     QCOMPARE(message(), QString("There is no colour in it."));
     QCOMPARE(int(m_spy->size()), 1);
+}
+
+void tst_ColorEditor::swatchIsDragged()
+{
+    m_editor->setColor(TrelColor("aYxy;1;0;65535;0.5;0.3127;0.329"));
+    auto *preview = m_editor->findChild<ColorPreview *>();
+    PaneTest::DragWatch watch(*preview);
+    QTest::mousePress(preview, Qt::LeftButton, {}, QPoint(10, 10));
+    PaneTest::dragTo(*preview, QPoint(11, 10));
+    QVERIFY2(!watch.drag(), "a click may tremble");
+    PaneTest::dragTo(*preview, QPoint(10 + QApplication::startDragDistance(), 10));
+    QVERIFY(watch.drag());
+    const QVector<NamedColor> colors = ColorMime::colorsOf(watch.drag()->mimeData());
+    QCOMPARE(int(colors.size()), 1);
+    QCOMPARE(colors.first().color.aName(), m_editor->color().aName());
+    QVERIFY(watch.drag()->mimeData()->hasColor());
 }
 
 void tst_ColorEditor::settingDoesNotEmit()

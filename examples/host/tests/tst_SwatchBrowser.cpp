@@ -20,9 +20,11 @@ class tst_SwatchBrowser : public TrelTest
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override;
+
 private Q_SLOTS:
-    void init();
-    void cleanup();
     void cleanupTestCase();
     void showsListsAndColors();
     void enterAndDoubleClickActivate();
@@ -43,6 +45,7 @@ private Q_SLOTS:
     void newColorEndsASearch();
     void orderIsTheViewsOnly();
     void dropMovesBetweenLists();
+    void dragByMouse();
     void dropCopies_data();
     void dropCopies();
     void dropIsRefused();
@@ -107,9 +110,8 @@ constexpr double LOWER = 0.8;
 
 } // namespace
 
-void tst_SwatchBrowser::init()
+void tst_SwatchBrowser::setUp()
 {
-    PaneTest::beginTest(this);
     TrelColorLibrary::cleanup();
     library().setThumbnailGenerator(SwatchBrowser::thumbnail);
     library().createColorList("Preset", false);
@@ -128,11 +130,10 @@ void tst_SwatchBrowser::init()
     tree().setFocus();
 }
 
-void tst_SwatchBrowser::cleanup()
+void tst_SwatchBrowser::tearDown()
 {
     m_browser.reset();
     m_undo.reset();
-    PaneTest::endTest(this);
 }
 
 void tst_SwatchBrowser::cleanupTestCase()
@@ -205,6 +206,11 @@ void tst_SwatchBrowser::showsListsAndColors()
     const QRect swatch = tree().visualRect(shown("Red"));
     const QImage picture = tree().viewport()->grab(swatch).toImage();
     QCOMPARE(picture.pixelColor(9, picture.height() / 2).name(), QString("#ff0000"));
+    choose({"Red"});
+    const QImage selected = tree().viewport()->grab(tree().visualRect(shown("Red"))).toImage();
+    QCOMPARE(selected.pixelColor(9, picture.height() / 2).name(), QString("#ff0000"));
+    QVERIFY(selected != picture);
+    QVERIFY(tree().isFirstColumnSpanned(shown("Mine").row(), QModelIndex()));
 }
 
 void tst_SwatchBrowser::enterAndDoubleClickActivate()
@@ -519,6 +525,31 @@ void tst_SwatchBrowser::dropMovesBetweenLists()
     m_undo->undo();
     QVERIFY(drag(*dragOf({"Red"}), "Green", LOWER, Qt::NoModifier, Qt::CopyAction | Qt::MoveAction));
     QCOMPARE(namesIn("Mine"), QStringList({"Green", "Red", "Blue"}));
+}
+
+void tst_SwatchBrowser::dragByMouse()
+{
+    choose({"Red", "Grey"});
+    PaneTest::DragWatch watch(tree());
+    const QPoint from = tree().visualRect(shown("Grey")).center();
+    const QPoint away(0, QApplication::startDragDistance() + 1);
+    QTest::mousePress(tree().viewport(), Qt::LeftButton, {}, from);
+    PaneTest::dragTo(*tree().viewport(), from + away / 2);
+    PaneTest::dragTo(*tree().viewport(), from + away);
+    QVERIFY(watch.drag());
+    QCOMPARE(ColorMime::uidsOf(watch.drag()->mimeData()), QStringList({"{Red}", "{Grey}"}));
+    QVERIFY(!watch.drag()->pixmap().isNull());
+    QTest::mouseRelease(tree().viewport(), Qt::LeftButton, {}, from + away);
+    QCOMPARE(m_undo->count(), 0);
+
+    choose({"Mine"});
+    PaneTest::DragWatch second(tree());
+    const QPoint list = tree().visualRect(shown("Mine")).center();
+    QTest::mousePress(tree().viewport(), Qt::LeftButton, {}, list);
+    PaneTest::dragTo(*tree().viewport(), list + away / 2);
+    PaneTest::dragTo(*tree().viewport(), list + away);
+    QVERIFY2(!second.drag(), "lists stay");
+    QTest::mouseRelease(tree().viewport(), Qt::LeftButton, {}, list + away);
 }
 
 void tst_SwatchBrowser::dropCopies_data()

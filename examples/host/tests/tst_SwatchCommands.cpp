@@ -19,9 +19,10 @@ class tst_SwatchCommands : public TrelTest
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+
 private Q_SLOTS:
-    void init();
-    void cleanup();
     void cleanupTestCase();
     void rowsAreTheLibrarys();
     void insertionsAreAnnouncedExactly();
@@ -110,9 +111,8 @@ constexpr auto QTEST_MODE = QAbstractItemModelTester::FailureReportingMode::QtTe
 
 } // namespace
 
-void tst_SwatchCommands::init()
+void tst_SwatchCommands::setUp()
 {
-    PaneTest::beginTest(this);
     TrelColorLibrary::cleanup();
     library().createColorList("Preset", false);
     library().createColorList("Mine", true);
@@ -121,11 +121,6 @@ void tst_SwatchCommands::init()
     for (const char *name : {"A", "B", "C", "D", "E"})
         addColor("Mine", name);
     addColor("Other", "X");
-}
-
-void tst_SwatchCommands::cleanup()
-{
-    PaneTest::endTest(this);
 }
 
 void tst_SwatchCommands::cleanupTestCase()
