@@ -12,6 +12,8 @@ namespace {
 
 constexpr int CHILD_TIMEOUT_MS = 60000;
 constexpr int EXIT_UNKNOWN_CASE = 99;
+/// What the platform without a screen says of each dialog.
+constexpr char SCREENLESS_WARNING[] = "This plugin does not support propagateSizeHints()";
 
 QtMessageHandler s_next = nullptr;
 QStringList s_expected;
@@ -19,7 +21,8 @@ QStringList s_seen;
 
 void recordWarnings(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (type == QtWarningMsg || type == QtCriticalMsg)
+    const bool isOurs = text != QLatin1String(SCREENLESS_WARNING);
+    if (isOurs && (type == QtWarningMsg || type == QtCriticalMsg))
         s_seen.append(text);
     s_next(type, context, text);
 }
