@@ -60,6 +60,18 @@ QString bytesText(const QByteArray &bytes)
     return numbers.join(' ');
 }
 
+/// A line a channel, with its bytes.
+QString channelsText(const Fixture &fixture, const QByteArray &bytes)
+{
+    QStringList lines;
+    const QStringList names = fixture.channelNames();
+    for (int channel = 0; channel < fixture.channels(); ++channel) {
+        const QByteArray own = bytes.mid(channel * fixture.resolution, fixture.resolution);
+        lines.append(QStringLiteral("%1: %2").arg(names.value(channel), bytesText(own)));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
 QVector<double> levelsOf(const QByteArray &bytes, int resolution)
 {
     QVector<double> levels;
@@ -356,7 +368,7 @@ QVariant Patch::toolTip(int row, int column) const
         return fault.isEmpty() ? place : QString(place + QLatin1Char('\n') + fault);
     }
     if (column == OutputColumn || column == BytesColumn)
-        return fixture.channelNames().join(QStringLiteral(", "));
+        return channelsText(fixture, m_bytes.value(fixture.id));
     if (column == ColorColumn && !fixture.uid.isEmpty())
         return TrelColorLibrary::Instance()->pathOfUid(fixture.uid);
     return text(fixture, row, column);

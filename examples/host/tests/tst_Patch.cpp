@@ -254,6 +254,7 @@ void tst_Patch::assignsColors()
     QCOMPARE(shown(0, Patch::BytesColumn).toString(), QString("255 0 0"));
     QCOMPARE(shown(1, Patch::BytesColumn).toString(), QString("0 0 255"));
     QCOMPARE(shown(2, Patch::BytesColumn).toString(), QString("0 0 255")); // the last colour goes on
+    QCOMPARE(shown(0, Patch::BytesColumn, Qt::ToolTipRole).toString(), QString("Red: 255\nGreen: 0\nBlue: 0"));
     QCOMPARE(shown(0, Patch::ColorColumn, Patch::ShownColorRole).value<QColor>(), QColor(Qt::red));
     QCOMPARE(shown(0, Patch::OutputColumn, Patch::LevelsRole).value<QVector<double>>(),
              (QVector<double>{1.0, 0.0, 0.0}));
