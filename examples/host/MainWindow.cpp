@@ -83,6 +83,7 @@ MainWindow::MainWindow(std::unique_ptr<DmxSink> sink, QWidget *parent)
     m_toolBar->setIconSize(QSize(ICON_SIZE, ICON_SIZE));
     makeFileActions();
     makeEditActions();
+    makeSwatchMenu();
     makeOutputActions();
     makeViewMenu();
     makeHelpMenu();
@@ -202,6 +203,18 @@ void MainWindow::makeEditActions()
     connect(m_patch, &QAbstractItemModel::rowsRemoved, this, enable);
     connect(m_patch, &QAbstractItemModel::modelReset, this, enable);
     enable();
+}
+
+void MainWindow::makeSwatchMenu()
+{
+    QMenu *menu = menuBar()->addMenu(tr("&Swatches"));
+    const QList<QAction *> actions = m_panes.browser->editActions();
+    for (QAction *action : actions) {
+        if (action)
+            menu->addAction(action);
+        else
+            menu->addSeparator();
+    }
 }
 
 void MainWindow::makeOutputActions()
@@ -469,6 +482,7 @@ void MainWindow::showColor(const TrelColor &color)
     m_panes.chart->setColor(color);
     m_panes.cctStrip->setColor(color);
     m_panes.crossfader->setCurrentColor(color);
+    m_panes.browser->setEditedColor(color);
 }
 
 void MainWindow::startFade()

@@ -59,6 +59,7 @@ protected:
 private:
     void makeFileActions();
     void makeEditActions();
+    void makeSwatchMenu();
     void makeOutputActions();
     void makeViewMenu();
     void makeHelpMenu();
