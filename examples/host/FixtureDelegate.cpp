@@ -15,6 +15,8 @@ namespace {
 
 constexpr int MARGIN = 4;
 constexpr int BAR_GAP = 2;
+constexpr int EDGE = 2;
+constexpr int EDGE_DARKNESS = 150; ///< percent
 constexpr int SWATCH_WIDTH = 34;
 constexpr int BARS_WIDTH = 96;
 constexpr int ROW_PADDING = 10;
@@ -47,8 +49,10 @@ void drawBars(QPainter *painter, const QRect &cell, const QVector<double> &level
         painter->drawRect(trough);
         QRectF bar = trough;
         bar.setTop(trough.bottom() - trough.height() * levels.at(i));
-        painter->setBrush(Theme::channelColor(i < letters.size() ? letters.at(i) : QChar('D')));
-        painter->drawRect(bar);
+        const QColor color = Theme::channelColor(i < letters.size() ? letters.at(i) : QChar('D'));
+        painter->fillRect(bar, color);
+        bar.setWidth(EDGE); // an edge, by which a white bar is seen in a light trough
+        painter->fillRect(bar, color.darker(EDGE_DARKNESS));
     }
 }
 

@@ -18,6 +18,7 @@
 namespace {
 
 constexpr int MAX_COLUMN_WIDTH = 190;
+constexpr int COLUMN_GAP = 8;
 constexpr int ROW_PADDING = 12;
 
 QPoint positionOf(const QDropEvent *event)
@@ -80,7 +81,7 @@ void FixtureTable::fitColumns()
 {
     resizeColumnsToContents();
     for (int column = 0; column < Patch::ColumnCount; ++column)
-        setColumnWidth(column, qMin(columnWidth(column), MAX_COLUMN_WIDTH));
+        setColumnWidth(column, qMin(columnWidth(column) + COLUMN_GAP, MAX_COLUMN_WIDTH));
 }
 
 void FixtureTable::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)

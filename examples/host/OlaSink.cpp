@@ -1,6 +1,7 @@
 #include "DmxSink.h"
 
 #include <ola/Callback.h>
+#include <ola/Clock.h>
 #include <ola/DmxBuffer.h>
 #include <ola/client/OlaClient.h>
 #include <ola/client/StreamingClient.h>
@@ -54,7 +55,7 @@ public:
     void process()
     {
         if (m_isOpen)
-            m_server.RunOnce();
+            m_server.RunOnce(ola::TimeInterval(0, 0));
     }
 
     std::optional<QSet<int>> universes() const

@@ -92,6 +92,7 @@ private Q_SLOTS:
     void initTestCase();
     void window_data();
     void window();
+    void firstSteps();
 };
 
 void tst_Looks::initTestCase()
@@ -112,6 +113,25 @@ void tst_Looks::window_data()
     QTest::newRow("dark-large") << int(Theme::Dark) << LARGE << false;
     QTest::newRow("light-small") << int(Theme::Light) << SMALL << false;
     QTest::newRow("light-large-long") << int(Theme::Light) << LARGE << true;
+}
+
+/// What a user sees first, in a build without output; then a rig with two fixtures in one place.
+void tst_Looks::firstSteps()
+{
+    Theme::apply(Theme::Dark);
+    MainWindow window(nullptr);
+    window.resize(SMALL);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    shoot(&window, QStringLiteral("empty"));
+    QVector<Fixture> fixtures = rig();
+    fixtures[3].address = fixtures[2].address + 1;
+    window.patch()->reset(fixtures);
+    window.panes().table->fitColumns();
+    window.panes().table->setFocus();
+    window.panes().table->selectRows({0});
+    window.panes().table->edit(window.patch()->index(0, Patch::AddressColumn));
+    shoot(&window, QStringLiteral("overlap"));
 }
 
 void tst_Looks::window()
