@@ -20,6 +20,7 @@ constexpr int SINGLE_STEP = 50;
 constexpr int PAGE_STEP = 500;
 constexpr int LABELLED[] = {2000, 2700, 3200, 4000, 5600, 6500, 10000};
 constexpr int STRIPE_BOTTOM = 24;
+constexpr int LABEL_ALPHA = 180;
 
 double miredOf(int cct)
 {
@@ -129,7 +130,7 @@ void CctStrip::drawLabels(QPainter &painter) const
     const QFontMetrics metrics(painter.font());
     double free = 0.0;
     QColor ink = palette().color(QPalette::WindowText);
-    ink.setAlphaF(0.7);
+    ink.setAlpha(LABEL_ALPHA);
     painter.setPen(ink);
     for (const int cct : LABELLED) {
         const QString text = tr("%1 K").arg(cct);

@@ -18,6 +18,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -42,7 +43,7 @@ constexpr int IMAGE_SIZE = 128;    ///< the diagram's colours are drawn coarse a
 QColor faint(const QColor &ink, double opacity)
 {
     QColor color = ink;
-    color.setAlphaF(opacity);
+    color.setAlpha(int(std::lround(255.0 * opacity)));
     return color;
 }
 

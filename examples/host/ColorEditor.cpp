@@ -63,6 +63,14 @@ ColorEditor::ColorEditor(QWidget *parent)
     showColor(nullptr);
 }
 
+/// A field that is being edited ends that when the window goes, which must not reach an editor that is half gone.
+ColorEditor::~ColorEditor()
+{
+    m_text->disconnect(this);
+    for (const Page &page : qAsConst(m_pages))
+        page.panel->disconnect(this);
+}
+
 void ColorEditor::addPage(ColorForm::Kind kind)
 {
     auto *widget = new QWidget;

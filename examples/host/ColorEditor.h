@@ -26,6 +26,7 @@ class ColorEditor : public QWidget
 public:
     /// White, for generic RGB.
     explicit ColorEditor(QWidget *parent = nullptr);
+    ~ColorEditor() override;
 
     /// The colour, in the form in which it was set or last edited.
     TrelColor color() const;

@@ -35,6 +35,8 @@ void SliderPanel::clear()
 {
     m_layout->setRowStretch(int(m_rows.size()), 0);
     for (const Row &row : qAsConst(m_rows)) {
+        row.slider->disconnect(this);
+        row.number->disconnect(this); // it may hold a number that is not whole yet
         delete row.label;
         delete row.slider;
         delete row.number;

@@ -111,6 +111,12 @@ SwatchBrowser::SwatchBrowser(QUndoStack *undo, QWidget *parent)
     setFocusProxy(m_tree);
 }
 
+/// A name that is being edited is taken when the window goes, which must not reach a browser that is half gone.
+SwatchBrowser::~SwatchBrowser()
+{
+    m_tree->disconnect(this);
+}
+
 QWidget *SwatchBrowser::createSearchBar()
 {
     m_search = new QLineEdit;

@@ -31,6 +31,7 @@ public:
     /// Installs thumbnail() where the library has no thumbnail function yet.
     /// \param undo takes the edits; it must outlive the browser.
     explicit SwatchBrowser(QUndoStack *undo, QWidget *parent = nullptr);
+    ~SwatchBrowser() override;
 
     /// Uids of the selected colours, in the order of the view.
     QStringList selectedUids() const;

@@ -37,20 +37,6 @@ inline void prepare()
     Theme::apply(Theme::Dark);
 }
 
-/// For the rest of the test function: the platform's remarks about what it lacks are no warnings of ours.
-inline void ignorePlatformRemarks()
-{
-    static QtMessageHandler s_next = nullptr;
-    static const QtMessageHandler s_filter = [](QtMsgType type, const QMessageLogContext &context,
-                                                const QString &text) {
-        if (!text.startsWith(QLatin1String("This plugin does not support")))
-            s_next(type, context, text);
-    };
-    const QtMessageHandler before = qInstallMessageHandler(s_filter);
-    if (before != s_filter)
-        s_next = before;
-}
-
 /// Moves the mouse to \a place with the left button held.
 inline void dragTo(QWidget &widget, QPoint place)
 {
@@ -109,7 +95,6 @@ inline bool drop(QWidget &widget, QPoint place, const QMimeData &data,
 /// Shows \a widget with the keyboard on it; false when the platform gives none.
 inline bool present(QWidget &widget, QSize size)
 {
-    ignorePlatformRemarks();
     widget.resize(size);
     widget.show();
     widget.activateWindow();

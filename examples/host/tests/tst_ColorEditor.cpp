@@ -41,6 +41,7 @@ private Q_SLOTS:
     void gamutIsShown();
     void dropsAreTaken();
     void swatchIsDragged();
+    void goesWhileItIsTypedInto();
     void settingDoesNotEmit();
     void unusableColorsAreIgnored();
     void everythingHasAName();
@@ -395,6 +396,27 @@ void tst_ColorEditor::swatchIsDragged()
     QCOMPARE(int(colors.size()), 1);
     QCOMPARE(colors.first().color.aName(), m_editor->color().aName());
     QVERIFY(watch.drag()->mimeData()->hasColor());
+}
+
+void tst_ColorEditor::goesWhileItIsTypedInto()
+{
+    turnTo(ColorForm::Levels);
+    number("Red").setFocus();
+    number("Red").selectAll();
+    QTest::keyClicks(&number("Red"), "1");
+    m_editor->setProfile(ColorUtils::WASHLINE_PZ6_RGBA);
+    QCoreApplication::processEvents();
+    QCOMPARE(int(m_spy->size()), 0);
+    number("Amber").setFocus();
+    QTest::keyClicks(&number("Amber"), "1");
+    m_editor.reset();
+    QCOMPARE(int(m_spy->size()), 0);
+
+    m_editor = std::make_unique<ColorEditor>();
+    QVERIFY(PaneTest::present(*m_editor, QSize(384, 360)));
+    text().setFocus();
+    QTest::keyClicks(&text(), "reddish");
+    m_editor.reset();
 }
 
 void tst_ColorEditor::settingDoesNotEmit()

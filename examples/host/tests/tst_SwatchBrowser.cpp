@@ -51,6 +51,7 @@ private Q_SLOTS:
     void dropIsRefused();
     void dropOfForeignColors();
     void sortedViewDropsAtTheEnd();
+    void goesWhileANameIsTyped();
     void everythingHasAName();
     void thumbnailsAreSharp();
     void pictures();
@@ -607,6 +608,18 @@ void tst_SwatchBrowser::sortedViewDropsAtTheEnd()
     m_browser->findChild<QComboBox *>()->setCurrentIndex(1);
     QVERIFY(drag(*dragOf({"Grey"}), "Green", UPPER, Qt::NoModifier, Qt::CopyAction | Qt::MoveAction));
     QCOMPARE(namesIn("Mine"), QStringList({"Red", "Green", "Blue", "Grey"}));
+}
+
+void tst_SwatchBrowser::goesWhileANameIsTyped()
+{
+    choose({"Red"});
+    QTest::keyClick(&tree(), Qt::Key_F2);
+    auto *editor = tree().findChild<QLineEdit *>();
+    QVERIFY(editor);
+    QTest::keyClicks(editor, "Half a na");
+    m_browser.reset();
+    QCOMPARE(m_undo->count(), 0);
+    QCOMPARE(namesIn("Mine").first(), QString("Red"));
 }
 
 void tst_SwatchBrowser::everythingHasAName()
