@@ -32,7 +32,7 @@
 namespace {
 
 constexpr int MERGE_PAUSE_MS = 700;
-constexpr int REFUSAL_MS = 10'000;
+constexpr int REFUSAL_MS = 10000;
 constexpr int ICON_SIZE = 20;
 constexpr QSize INITIAL_SIZE(1280, 800);
 constexpr QSize MINIMUM_SIZE(960, 640);

@@ -5,7 +5,6 @@
 #include <KestraProjectHelper.h>
 #include <TrelColorLibrary.h>
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -52,11 +51,6 @@ constexpr NumberField NUMBER_FIELDS[] = {
      [](Fixture &f, int value) { f.address = value; }},
 };
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("ProjectFile", text);
-}
-
 ProjectFile::Fault faultAt(const QDomNode &node, const QString &reason)
 {
     return {reason, node.lineNumber()};
@@ -71,10 +65,10 @@ ProjectFile::Fault faultOfText(const QByteArray &bytes)
         const QXmlStreamReader::TokenType token = reader.readNext();
         const int line = int(reader.lineNumber());
         if (token == QXmlStreamReader::DTD)
-            return {tr("Document type declarations are not allowed."), line};
+            return {ProjectFile::tr("Document type declarations are not allowed."), line};
         depth += int(token == QXmlStreamReader::StartElement) - int(token == QXmlStreamReader::EndElement);
         if (depth > MAX_DEPTH)
-            return {tr("The elements are nested too deeply."), line};
+            return {ProjectFile::tr("The elements are nested too deeply."), line};
     }
     if (reader.hasError())
         return {reader.errorString(), int(reader.lineNumber())};
@@ -89,9 +83,10 @@ bool setNumber(Fixture &fixture, const QDomElement &element, const NumberField &
     bool isNumber = false;
     const int value = element.attribute(attribute).toInt(&isNumber);
     if (!isNumber || value < field.minimum || value > field.maximum) {
-        fault = faultAt(element, tr("The fixture's attribute “%1” is “%2”; it must be a number from %3 to %4.")
-                                     .arg(attribute, element.attribute(attribute).left(40),
-                                          QString::number(field.minimum), QString::number(field.maximum)));
+        fault =
+            faultAt(element, ProjectFile::tr("The fixture's attribute “%1” is “%2”; it must be a number from %3 to %4.")
+                                 .arg(attribute, element.attribute(attribute).left(40), QString::number(field.minimum),
+                                      QString::number(field.maximum)));
         return false;
     }
     field.set(fixture, value);
@@ -107,7 +102,7 @@ bool setColor(Fixture &fixture, const QDomElement &element, ProjectFile::Fault &
     fixture.color = TrelColor(TrelColorLibrary::UidAndValueToValue(text));
     if (fixture.color.isValid())
         return true;
-    fault = faultAt(element, tr("“%1” is no colour.").arg(text.left(80)));
+    fault = faultAt(element, ProjectFile::tr("“%1” is no colour.").arg(text.left(80)));
     return false;
 }
 
@@ -115,11 +110,11 @@ bool setColor(Fixture &fixture, const QDomElement &element, ProjectFile::Fault &
 QString conflictIn(const Fixture &fixture)
 {
     if (fixture.name.isEmpty())
-        return tr("The fixture has no name.");
+        return ProjectFile::tr("The fixture has no name.");
     if (!ColorUtils::ioModesForHuelockProfileID(fixture.profile).contains(fixture.mode))
-        return tr("The profile of “%1” has no mode %2.").arg(fixture.name).arg(int(fixture.mode));
+        return ProjectFile::tr("The profile of “%1” has no mode %2.").arg(fixture.name).arg(int(fixture.mode));
     if (fixture.lastAddress() > Fixture::SLOTS)
-        return tr("“%1” needs slots up to %2; a universe has %3.")
+        return ProjectFile::tr("“%1” needs slots up to %2; a universe has %3.")
             .arg(fixture.name)
             .arg(fixture.lastAddress())
             .arg(int(Fixture::SLOTS));
@@ -150,11 +145,11 @@ ProjectFile::Fault faultOfColors(const QDomDocument &document)
     for (int i = 0; i < lists.count(); ++i) {
         QDomElement color = lists.at(i).firstChildElement(QString::fromLatin1(COLOR_ROOT_ELEMENT));
         if (color.isNull())
-            return faultAt(lists.at(i), tr("A list of colours is empty."));
+            return faultAt(lists.at(i), ProjectFile::tr("A list of colours is empty."));
         for (; !color.isNull(); color = color.nextSiblingElement(QString::fromLatin1(COLOR_ROOT_ELEMENT))) {
             const QString value = color.attribute(QString::fromLatin1(COLOR_VALUE_ATTRIBUTE));
             if (!TrelColor(value).isValid())
-                return faultAt(color, tr("“%1” is no colour.").arg(value.left(80)));
+                return faultAt(color, ProjectFile::tr("“%1” is no colour.").arg(value.left(80)));
         }
     }
     return {};
@@ -163,9 +158,9 @@ ProjectFile::Fault faultOfColors(const QDomDocument &document)
 ProjectFile::Fault faultOfRoot(const QDomElement &root)
 {
     if (root.tagName() != QLatin1String(ROOT))
-        return faultAt(root, tr("This is no project: it begins with “%1”.").arg(root.tagName().left(40)));
+        return faultAt(root, ProjectFile::tr("This is no project: it begins with “%1”.").arg(root.tagName().left(40)));
     if (root.attribute(QString::fromLatin1(VERSION_ATTRIBUTE), QStringLiteral("1")).toDouble() > VERSION)
-        return faultAt(root, tr("The project was made by a newer version of this program."));
+        return faultAt(root, ProjectFile::tr("The project was made by a newer version of this program."));
     return {};
 }
 

@@ -59,11 +59,20 @@ QString qtTranslationsFolder()
 #endif
 }
 
+/// Where the texts of the library and of this program are: beside it in the build folder, otherwise installed.
+QString translationsFolder()
+{
+    const QString own = QApplication::applicationDirPath() + QStringLiteral("/translations");
+    return QDir(own).exists()
+               ? own
+               : QStandardPaths::locate(QStandardPaths::GenericDataLocation, QStringLiteral("TrelColor/translations"),
+                                        QStandardPaths::LocateDirectory);
+}
+
 /// Before the library is used, which fixes its names then.
 void translateApplication()
 {
-    const QString folder = QStandardPaths::locate(
-        QStandardPaths::GenericDataLocation, QStringLiteral("TrelColor/translations"), QStandardPaths::LocateDirectory);
+    const QString folder = translationsFolder();
     const QPair<QString, QString> catalogues[] = {
         {QStringLiteral("qtbase"), qtTranslationsFolder()},
         {QStringLiteral("trelcolor"), folder},

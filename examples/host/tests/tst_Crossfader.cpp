@@ -110,17 +110,17 @@ void tst_Crossfader::fadesOverTime()
     QTest::mouseClick(button(), Qt::LeftButton);
     QVERIFY(m_fader->isRunning());
     QCOMPARE(m_started->size(), 1);
-    m_fader->advance(250'000);
+    m_fader->advance(250000);
     QCOMPARE(m_fader->position(), 0.25);
-    m_fader->advance(500'000);
+    m_fader->advance(500000);
     QCOMPARE(m_fader->position(), 0.5);
     QCOMPARE(m_fader->color().red8(), 128);
     QVERIFY(m_finished->isEmpty());
-    m_fader->advance(1'000'000);
+    m_fader->advance(1000000);
     QCOMPARE(m_fader->position(), 1.0);
     QVERIFY(!m_fader->isRunning());
     QCOMPARE(m_finished->size(), 1);
-    m_fader->advance(2'000'000);
+    m_fader->advance(2000000);
     QCOMPARE(m_finished->size(), 1);
 }
 
@@ -129,9 +129,9 @@ void tst_Crossfader::fadesBackFromTheEnd()
     m_fader->findChild<QDoubleSpinBox *>()->setValue(1000.0);
     slider()->setValue(slider()->maximum());
     m_fader->toggle();
-    m_fader->advance(250'000);
+    m_fader->advance(250000);
     QCOMPARE(m_fader->position(), 0.75);
-    m_fader->advance(1'000'000);
+    m_fader->advance(1000000);
     QCOMPARE(m_fader->position(), 0.0);
 }
 
@@ -140,7 +140,7 @@ void tst_Crossfader::stopsWhereItIs()
     m_fader->findChild<QDoubleSpinBox *>()->setValue(1000.0);
     QTest::mouseClick(button(), Qt::LeftButton);
     const QString running = button()->text();
-    m_fader->advance(400'000);
+    m_fader->advance(400000);
     QTest::mouseClick(button(), Qt::LeftButton);
     QVERIFY(!m_fader->isRunning());
     QVERIFY(button()->text() != running);
@@ -152,7 +152,7 @@ void tst_Crossfader::handsOverToTheHand()
 {
     m_fader->findChild<QDoubleSpinBox *>()->setValue(1000.0);
     m_fader->toggle();
-    m_fader->advance(500'000);
+    m_fader->advance(500000);
     QTest::mousePress(slider(), Qt::LeftButton, Qt::NoModifier, handle(0.5));
     QVERIFY(!m_fader->isRunning());
     Drags::move(slider(), handle(0.1));

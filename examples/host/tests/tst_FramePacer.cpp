@@ -67,7 +67,7 @@ void tst_FramePacer::neverSendsTwoFramesCloseTogether()
     auto now = START;
     auto last = START - 1s;
     int frames = 0;
-    for (int tick = 0; tick < 20'000; ++tick) {
+    for (int tick = 0; tick < 20000; ++tick) {
         // A clock of uneven steps: it crawls, and now and then jumps over most of a frame.
         now += tick % 97 == 0 ? 19ms : 100us * (1 + tick % 5);
         if (!pacer.take(now))

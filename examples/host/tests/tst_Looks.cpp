@@ -1,3 +1,4 @@
+#include "AddFixturesDialog.h"
 #include "ChromaticityChart.h"
 #include "ColorEditor.h"
 #include "Crossfader.h"
@@ -93,6 +94,7 @@ private Q_SLOTS:
     void window_data();
     void window();
     void firstSteps();
+    void german();
 };
 
 void tst_Looks::initTestCase()
@@ -113,6 +115,32 @@ void tst_Looks::window_data()
     QTest::newRow("dark-large") << int(Theme::Dark) << LARGE << false;
     QTest::newRow("light-small") << int(Theme::Light) << SMALL << false;
     QTest::newRow("light-large-long") << int(Theme::Light) << LARGE << true;
+}
+
+/// The dialog and the window with the texts that ship. The names of the library stay as they were at its first use.
+void tst_Looks::german()
+{
+    Theme::apply(Theme::Light);
+    QTranslator texts;
+    QVERIFY(texts.load(QStringLiteral("trelcolor-host_de"), QStringLiteral(TREL_TRANSLATIONS)));
+    QCoreApplication::installTranslator(&texts);
+    FakeDaemon daemon;
+    daemon.isListening = false;
+    MainWindow window(std::make_unique<FakeSink>(&daemon));
+    window.patch()->reset(rig());
+    window.panes().table->fitColumns();
+    window.resize(SMALL);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.panes().table->selectRows({1, 2});
+    window.setSending(true);
+    window.output()->sendFrame();
+    QCOMPARE(window.size(), SMALL);
+    shoot(&window, QStringLiteral("german"));
+    AddFixturesDialog dialog(window.patch(), &window);
+    dialog.show();
+    shoot(&dialog, QStringLiteral("dialog-add-german"));
+    QCoreApplication::removeTranslator(&texts);
 }
 
 /// What a user sees first, in a build without output; then a rig with two fixtures in one place.

@@ -431,12 +431,12 @@ void tst_MainWindow::fadesTheSelection()
     Crossfader *fader = m_window->panes().crossfader;
     fader->findChild<QDoubleSpinBox *>()->setValue(1000.0);
     fader->toggle();
-    fader->advance(500'000); // of black to white
+    fader->advance(500000); // of black to white
     QCOMPARE(bytes(0), QString("128 128 128"));
     QCOMPARE(bytes(2), QString("0 0 0"));
     QCOMPARE(m_window->undoStack()->count(), steps);
     m_window->panes().table->selectRows({2}); // the fade goes on where it began
-    fader->advance(1'000'000);
+    fader->advance(1000000);
     QCOMPARE(bytes(1), QString("255 255 255"));
     QCOMPARE(bytes(2), QString("0 0 0"));
     QCOMPARE(m_window->undoStack()->count(), steps + 1);
