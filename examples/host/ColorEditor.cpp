@@ -8,6 +8,7 @@
 #include "SliderPanel.h"
 
 #include <QDropEvent>
+#include <QFocusEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -59,7 +60,7 @@ ColorEditor::ColorEditor(QWidget *parent)
     for (const ColorForm::Kind kind : ColorForm::KINDS)
         addPage(kind);
     connect(m_text, &QLineEdit::textEdited, this, &ColorEditor::onTextEdited);
-    connect(m_text, &QLineEdit::editingFinished, this, &ColorEditor::onTextFinished);
+    m_text->installEventFilter(this);
     showColor(nullptr);
 }
 
@@ -146,15 +147,16 @@ void ColorEditor::onTextEdited(const QString &text)
         showProblem(problem);
 }
 
-/// A text that was no colour stays for mending only while it is being edited.
-void ColorEditor::onTextFinished()
+/// A text that is no colour stays for mending only while the keyboard is on it.
+bool ColorEditor::eventFilter(QObject *watched, QEvent *event)
 {
-    if (ColorText::parse(m_text->text()).isValid())
-        return;
-    if (m_text->hasFocus())
-        return; // the Enter key
-    m_text->setText(ColorText::shown(m_color));
-    showGamut();
+    const bool isLeft = watched == m_text && event->type() == QEvent::FocusOut
+                        && static_cast<QFocusEvent *>(event)->reason() != Qt::PopupFocusReason;
+    if (isLeft && !ColorText::parse(m_text->text()).isValid()) {
+        m_text->setText(ColorText::shown(m_color));
+        showGamut();
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void ColorEditor::change(const TrelColor &color, const QWidget *source)

@@ -45,6 +45,7 @@ Q_SIGNALS:
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     struct Page
@@ -58,7 +59,6 @@ private:
     void fillPage(Page &page);
     void onEdited(ColorForm::Kind kind);
     void onTextEdited(const QString &text);
-    void onTextFinished();
     void change(const TrelColor &color, const QWidget *source);
     void showColor(const QWidget *source);
     void showGamut();

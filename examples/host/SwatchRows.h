@@ -9,8 +9,8 @@ class TrelColorLibrary;
 
 /// The library's lists as top rows, and their colours below, each in two columns: what Qt's views and proxies expect.
 ///
-/// The library keeps its lists under rootIndex(), which a proxy cannot map, and announces insertions by insertRows() one
-/// row too long. This model counts the rows itself and announces what really came.
+/// The library keeps its lists under rootIndex(), which a proxy cannot map, and announces insertions by insertRows()
+/// one row too long. This model counts the rows itself and announces what really came.
 class SwatchRows : public QAbstractProxyModel
 {
     Q_OBJECT
