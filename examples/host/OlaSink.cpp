@@ -26,7 +26,7 @@ public:
             return;
         m_client = std::make_unique<ola::client::OlaClient>(m_socket.get());
         m_isOpen = m_client->Setup();
-        m_client->SetCloseHandler(ola::NewSingleCallback(this, &Inquiry::onClosed));
+        m_client->SetCloseHandler(m_whenClosed);
         m_server.AddReadDescriptor(m_socket.get());
     }
 
@@ -39,6 +39,8 @@ public:
             m_client->Stop();
         if (m_isOpen)
             m_server.RemoveReadDescriptor(m_socket.get());
+        m_client.reset();
+        delete m_whenClosed;
     }
 
     bool isOpen() const
@@ -66,6 +68,7 @@ public:
 private:
     void onClosed()
     {
+        m_whenClosed = nullptr; // which deletes itself once it has run
         m_isOpen = false;
     }
 
@@ -85,6 +88,8 @@ private:
     std::unique_ptr<ola::network::TCPSocket> m_socket;
     ola::io::SelectServer m_server;
     std::unique_ptr<ola::client::OlaClient> m_client;
+    /// The client runs it at most once and never deletes it.
+    ola::SingleUseCallback0<void> *m_whenClosed = ola::NewSingleCallback(this, &Inquiry::onClosed);
     bool m_isOpen = false;
     std::optional<QSet<int>> m_universes;
 };
