@@ -26,7 +26,7 @@ public:
     /// The last answer; nothing since open() until there is one.
     virtual std::optional<QSet<int>> knownUniverses() const = 0;
 
-    /// The sink of this build, which talks to the lighting daemon of this machine at \a port; null when the build has none.
+    /// The sink of this build, which talks to the lighting daemon of this machine at \a port; null when there is none.
     static std::unique_ptr<DmxSink> create(quint16 port);
     /// The daemon's usual port.
     static constexpr quint16 DEFAULT_PORT = 9010;

@@ -5,7 +5,7 @@
 /// Says when the next frame of a steady rate is due. It reads no clock itself: the time is told.
 ///
 /// Frames stand on a grid. One that comes late does not move the next, unless the two would follow each other too
-/// closely: receivers drop the last frame of a burst. Then the grid begins anew, and frames that were missed are left out.
+/// closely: receivers drop the last frame of a burst. Then the grid begins anew, and missed frames are left out.
 class FramePacer
 {
 public:

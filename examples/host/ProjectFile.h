@@ -9,7 +9,7 @@
 
 #include <optional>
 
-/// Projects on disk: an XML document with the patch and the colours of "Project Swatches". docs/host.md has the grammar.
+/// Projects on disk: an XML document with the patch and the "Project Swatches". docs/host.md has the grammar.
 class ProjectFile
 {
     Q_DECLARE_TR_FUNCTIONS(ProjectFile)
@@ -41,7 +41,7 @@ public:
     /// Replaces the library's "Project Swatches" by the colours of \a content.
     static bool adoptColors(Content &content, Fault &fault);
 
-    /// The document of \a fixtures and the library's "Project Swatches"; the same bytes for the same project every time.
+    /// The document of \a fixtures and the library's "Project Swatches"; always the same bytes for one project.
     static QByteArray documentOf(const QVector<Fixture> &fixtures);
 
     /// Writes documentOf() to \a path: the file is the old one or the new one, whole. False when it stays the old one.
