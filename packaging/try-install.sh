@@ -26,7 +26,8 @@ expect() { # TEXT COMMAND...
 }
 
 rm -rf "$root"
-quietly debootstrap --variant=minbase bookworm "$root"
+# The release that the packages were built on, which their dependencies are of.
+quietly debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$root"
 echo force-unsafe-io >"$root/etc/dpkg/dpkg.cfg.d/throw-away"
 cp "$@" "$root/"
 files=() names=()
