@@ -76,7 +76,8 @@ QByteArray rendered(const Chart &chart, const QString &path)
 bool save(const QByteArray &bytes, const QString &path)
 {
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+    // commit() alone does not see it when the last buffer cannot be written.
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() && file.commit())
         return true;
     Console::complain(QStringLiteral("cannot write '%1': %2").arg(path, file.errorString()));
     return false;

@@ -6,6 +6,8 @@ import io
 import json
 import os
 import pathlib
+import resource
+import signal
 import subprocess
 import sys
 import tempfile
@@ -249,6 +251,25 @@ class WhitePoint(Command):
                                 (1, ["--from-xy", "nan", "0.3"])):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.fails(code, "cct", *arguments)[1], "")
+
+
+class ChartFile(Command):
+    @staticmethod
+    def limit_files():
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (64, 64))
+
+    def test_a_chart_that_cannot_be_written_whole_leaves_the_old_file(self):
+        for name in ("chart.svg", "chart.png"):
+            with self.subTest(name), tempfile.TemporaryDirectory() as folder:
+                path = pathlib.Path(folder, name)
+                path.write_text("old", encoding="utf-8")
+                result = subprocess.run([TRELCOLOR, "chart", "--out", path, "--size", "64x64"], capture_output=True,
+                                        env=ENVIRONMENT, preexec_fn=self.limit_files, timeout=60, check=False)
+                self.assertNotEqual(result.returncode, 0)
+                self.assertIn(b"cannot write", result.stderr)
+                self.assertEqual(path.read_text(encoding="utf-8"), "old")
+                self.assertEqual(os.listdir(folder), [name])
 
 
 class ProfileDatabase(Command):
