@@ -30,11 +30,23 @@ def differences(lupdate, sources, catalogues, folder):
     return lines
 
 
+def untranslated(catalogue):
+    """A line for each message without a translation."""
+    lines = []
+    for message in ElementTree.parse(catalogue).iter("message"):
+        translation = message.find("translation")
+        forms = list(translation) or [translation]
+        if translation.get("type") == "unfinished" or not all((form.text or "").strip() for form in forms):
+            lines.append(f"{catalogue.name}: \"{message.findtext('source')}\" is not translated")
+    return lines
+
+
 def damaged(catalogue, folder):
-    """A copy of a catalogue in which one text has become another; the path and the text."""
+    """A copy of a catalogue in which one text has become another, without a translation; the path and the text."""
     tree = ElementTree.parse(catalogue)
     source = next(tree.iter("source"))
     text, source.text = source.text, LOST
+    next(tree.iter("translation")).text = None
     path = pathlib.Path(folder, "damaged.ts")
     tree.write(path, encoding="utf-8")
     return path, text
@@ -44,9 +56,12 @@ def main(lupdate, sources, folder):
     catalogues = sorted(pathlib.Path(folder).glob("*.ts"))
     with tempfile.TemporaryDirectory() as fresh, tempfile.TemporaryDirectory() as other:
         lines = differences(lupdate, sources, catalogues, fresh)
+        lines += [line for path in catalogues for line in untranslated(path)]
         # A text that is missing and one that is left over are found: otherwise this check says nothing.
         path, text = damaged(catalogues[0], other)
         found = differences(lupdate, sources, [path], fresh)
+        if not untranslated(path):
+            lines.append("nothing is said of a text without a translation")
     lines += [f"nothing is said of \"{word}\" in a damaged catalogue" for word in (text, LOST)
               if not any(f'"{word}"' in line for line in found)]
     print("\n".join(lines) or f"{len(catalogues)} catalogues hold all texts of the library")
