@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QSpinBox>
 
+#include <algorithm>
+
 namespace {
 
 QSpinBox *makeSpinBox(int minimum, int maximum, int value)
@@ -52,7 +54,7 @@ AddFixturesDialog::AddFixturesDialog(const Patch *patch, QWidget *parent)
     form->addRow(tr("&Profile:"), m_profile);
     form->addRow(tr("&Mode:"), m_mode);
     form->addRow(tr("&Resolution:"), m_resolution);
-    form->addRow(tr("N&umber:"), m_count);
+    form->addRow(tr("Num&ber:"), m_count);
     form->addRow(tr("&Universe:"), m_universe);
     form->addRow(tr("&Address:"), m_address);
     form->addRow(m_places);
@@ -100,10 +102,11 @@ QVector<Fixture> AddFixturesDialog::fixtures() const
 {
     QVector<Fixture> result;
     Fixture fixture = kind();
-    const QString name = m_name->text().simplified();
+    const QString name = Fixture::nameFrom(m_name->text());
     for (int number = 1; number <= m_count->value(); ++number) {
-        fixture.name = m_count->value() == 1 ? m_patch->freeName(name)
-                                             : m_patch->freeName(QStringLiteral("%1 %2").arg(name).arg(number));
+        fixture.name = m_count->value() == 1
+                           ? m_patch->freeName(name)
+                           : m_patch->freeName(QStringLiteral("%1 %2").arg(name, QString::number(number)));
         result.append(fixture);
         fixture.address += fixture.footprint();
     }
@@ -120,14 +123,29 @@ void AddFixturesDialog::proposeAddress()
     showPlaces();
 }
 
+/// Whether no fixture has any of the slots.
+bool AddFixturesDialog::isFree() const
+{
+    const int last = m_address->value() + kind().footprint() * m_count->value() - 1;
+    const QVector<Fixture> &others = m_patch->fixtures();
+    return std::none_of(others.cbegin(), others.cend(), [&](const Fixture &other) {
+        return other.universe == m_universe->value() && other.address <= last
+               && m_address->value() <= other.lastAddress();
+    });
+}
+
 void AddFixturesDialog::showPlaces()
 {
     const int last = m_address->value() + kind().footprint() * m_count->value() - 1;
     const bool fits = last <= Fixture::SLOTS;
-    m_places->setText(fits ? tr("Slots %1 to %2 of universe %3")
-                                 .arg(QString::number(m_address->value()), QString::number(last),
-                                      QString::number(m_universe->value()))
-                           : tr("These need slots up to %1; a universe has %2.")
-                                 .arg(QString::number(last), QString::number(Fixture::SLOTS)));
-    m_add->setEnabled(fits && !m_name->text().simplified().isEmpty());
+    const QString universe = QString::number(m_universe->value());
+    QString places =
+        tr("Slots %1 to %2 of universe %3").arg(QString::number(m_address->value()), QString::number(last), universe);
+    if (!fits)
+        places = tr("These need slots up to %1; a universe has %2.")
+                     .arg(QString::number(last), QString::number(Fixture::SLOTS));
+    else if (!isFree())
+        places += QLatin1Char('\n') + tr("They overlap others of the universe.");
+    m_places->setText(places);
+    m_add->setEnabled(fits && !Fixture::nameFrom(m_name->text()).isEmpty());
 }

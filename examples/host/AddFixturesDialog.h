@@ -27,6 +27,7 @@ public:
 private:
     void onProfileChanged();
     void proposeAddress();
+    bool isFree() const;
     void showPlaces();
     Fixture kind() const;
 

@@ -2,6 +2,7 @@
 
 #include "ColorForm.h"
 #include "ColorText.h"
+#include "Fixture.h"
 
 #include <CCTUtils.h>
 
@@ -57,7 +58,7 @@ CctStrip::CctStrip(QWidget *parent)
         colors.append(TrelColor(x, y).getQColor(true));
     }
     setGradient(colors);
-    setColor(m_color);
+    showColor(m_color);
     connect(this, &QSlider::valueChanged, this, &CctStrip::pick);
 }
 
@@ -78,8 +79,13 @@ QSize CctStrip::minimumSizeHint() const
 
 void CctStrip::setColor(const TrelColor &color)
 {
-    if (!ColorText::problemOf(color).isEmpty())
-        return;
+    // Its own colour comes back from the window: to measure it again would wear off the tint.
+    if (ColorText::problemOf(color).isEmpty() && !isSameColor(color, m_color))
+        showColor(color);
+}
+
+void CctStrip::showColor(const TrelColor &color)
+{
     m_color = color;
     if (whiteForm().canShow(color)) {
         const QVector<double> white = whiteForm().values(color, {});

@@ -37,6 +37,7 @@ protected:
     int valueAt(double place) const override;
 
 private:
+    void showColor(const TrelColor &color);
     void pick(int cct);
     void drawLabels(QPainter &painter) const;
 

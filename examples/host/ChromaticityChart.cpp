@@ -2,6 +2,8 @@
 
 #include "ColorMime.h"
 #include "ColorText.h"
+#include "Drops.h"
+#include "Fixture.h"
 #include "Gamut.h"
 #include "Theme.h"
 #include "VisibleLight.h"
@@ -122,7 +124,11 @@ void ChromaticityChart::setColor(const TrelColor &color)
 
 void ChromaticityChart::setProfile(ColorUtils::HuelockProfileID profile)
 {
-    m_profile = ColorUtils::huelockProfileIDList(true).contains(profile) ? profile : ColorUtils::GENERIC_RGB;
+    const bool isKnown = ColorUtils::huelockProfileIDList(true).contains(profile);
+    const auto known = isKnown ? profile : ColorUtils::GENERIC_RGB;
+    if (known == m_profile)
+        return;
+    m_profile = known;
     describe();
     update();
 }
@@ -368,21 +374,20 @@ void ChromaticityChart::keyPressEvent(QKeyEvent *event)
 
 void ChromaticityChart::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!ColorMime::canRead(event->mimeData()))
-        return;
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    if (ColorMime::canRead(event->mimeData()))
+        Drops::acceptCopy(event);
 }
 
 void ChromaticityChart::dropEvent(QDropEvent *event)
 {
     const QVector<NamedColor> colors = ColorMime::colorsOf(event->mimeData());
-    event->setDropAction(Qt::CopyAction);
     if (colors.isEmpty()) {
         event->ignore();
         return;
     }
-    event->accept();
+    Drops::acceptCopy(event);
+    if (isSameColor(colors.first().color, m_color))
+        return;
     setColor(colors.first().color);
     Q_EMIT colorChanged(m_color);
 }

@@ -3,9 +3,12 @@
 #include "ColorMime.h"
 #include "ColorPreview.h"
 #include "ColorText.h"
+#include "Drops.h"
+#include "Fixture.h"
 #include "Gamut.h"
 #include "MessageLabel.h"
 #include "SliderPanel.h"
+#include "UndoKeys.h"
 
 #include <QDropEvent>
 #include <QFocusEvent>
@@ -26,12 +29,6 @@ QString xyText(QPointF xy)
     return ColorEditor::tr("x %1, y %2").arg(locale.toString(xy.x(), 'f', 4), locale.toString(xy.y(), 'f', 4));
 }
 
-bool isSame(const TrelColor &a, const TrelColor &b)
-{
-    // By the text, since HSV colours count as equal by their hue alone.
-    return a.spec() == b.spec() && a.aName() == b.aName();
-}
-
 } // namespace
 
 ColorEditor::ColorEditor(QWidget *parent)
@@ -45,6 +42,7 @@ ColorEditor::ColorEditor(QWidget *parent)
     m_text->setToolTip(
         tr("A name, “#” and hexadecimal digits, or a value string such as “aYxy;1;0;65535;1;0.3127;0.329”"));
     m_text->setClearButtonEnabled(true);
+    m_text->setAcceptDrops(false); // a drop replaces the colour, wherever on the editor; the field would insert text
     m_message->setMinimumHeight(MESSAGE_LINES * m_message->fontMetrics().lineSpacing()); // so that nothing jumps
     m_tabs->setDocumentMode(true);
     m_tabs->setAccessibleName(tr("Ways to edit the colour"));
@@ -61,6 +59,7 @@ ColorEditor::ColorEditor(QWidget *parent)
         addPage(kind);
     connect(m_text, &QLineEdit::textEdited, this, &ColorEditor::onTextEdited);
     m_text->installEventFilter(this);
+    UndoKeys::leaveToWindow(m_text);
     showColor(nullptr);
 }
 
@@ -100,7 +99,7 @@ TrelColor ColorEditor::color() const
 
 void ColorEditor::setColor(const TrelColor &color)
 {
-    if (!ColorText::problemOf(color).isEmpty() || isSame(color, m_color))
+    if (!ColorText::problemOf(color).isEmpty() || isSameColor(color, m_color))
         return;
     m_color = color;
     showColor(nullptr);
@@ -150,8 +149,9 @@ void ColorEditor::onTextEdited(const QString &text)
 /// A text that is no colour stays for mending only while the keyboard is on it.
 bool ColorEditor::eventFilter(QObject *watched, QEvent *event)
 {
-    const bool isLeft = watched == m_text && event->type() == QEvent::FocusOut
-                        && static_cast<QFocusEvent *>(event)->reason() != Qt::PopupFocusReason;
+    const bool isOut = watched == m_text && event->type() == QEvent::FocusOut;
+    const auto reason = isOut ? static_cast<QFocusEvent *>(event)->reason() : Qt::NoFocusReason;
+    const bool isLeft = isOut && reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
     if (isLeft && !ColorText::parse(m_text->text()).isValid()) {
         m_text->setText(ColorText::shown(m_color));
         showGamut();
@@ -161,7 +161,7 @@ bool ColorEditor::eventFilter(QObject *watched, QEvent *event)
 
 void ColorEditor::change(const TrelColor &color, const QWidget *source)
 {
-    const bool isNew = !isSame(color, m_color);
+    const bool isNew = !isSameColor(color, m_color);
     m_color = color;
     showColor(source);
     if (isNew)
@@ -204,21 +204,18 @@ void ColorEditor::showProblem(const QString &problem)
 
 void ColorEditor::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!ColorMime::canRead(event->mimeData()))
-        return;
-    event->setDropAction(Qt::CopyAction); // the colour stays where it comes from
-    event->accept();
+    if (ColorMime::canRead(event->mimeData()))
+        Drops::acceptCopy(event);
 }
 
 void ColorEditor::dropEvent(QDropEvent *event)
 {
     const QVector<NamedColor> colors = ColorMime::colorsOf(event->mimeData());
-    event->setDropAction(Qt::CopyAction);
     if (colors.isEmpty()) {
         showProblem(tr("There is no colour in it."));
         event->ignore();
         return;
     }
-    event->accept();
+    Drops::acceptCopy(event);
     change(colors.first().color, nullptr);
 }

@@ -231,9 +231,10 @@ TrelColor ColorForm::color(const QVector<double> &values, unsigned int alpha16) 
 
 bool ColorForm::canShow(const TrelColor &color) const
 {
-    int cct = 0;
-    int tint = 0;
-    if (m_kind == White)
+    if (m_kind == White) {
+        int cct = 0;
+        int tint = 0;
         return whitePointOf(color, cct, tint);
+    }
     return m_kind != Levels || Gamut(m_profile).canSolve();
 }

@@ -21,6 +21,7 @@ struct ColorField
 class ColorForm
 {
 public:
+    /// The ways, in the order of the editor's pages.
     enum Kind : int {
         Rgb = 0,
         Hsv = 1,
@@ -33,6 +34,7 @@ public:
     /// The form for fixtures of \a profile, which matters to #Levels only.
     ColorForm(Kind kind, ColorUtils::HuelockProfileID profile);
 
+    /// The way in which it edits.
     Kind kind() const;
     /// What the form is called.
     QString name() const;

@@ -25,7 +25,7 @@ namespace ColorMime {
 QMimeData *fromColors(const QVector<NamedColor> &colors);
 
 /// New data, owned by the caller, with the colours at \a indexes of TrelColorLibrary, lists left out. Unlike
-/// fromColors() they keep their uids, and fromThisProcess() is true.
+/// fromColors() they keep their uids, which uidsOf() finds.
 QMimeData *fromLibrary(const QModelIndexList &indexes);
 
 /// The colours in \a data, in the best of its formats; names by uid where the library knows them. Colours that

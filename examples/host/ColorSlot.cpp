@@ -1,6 +1,7 @@
 #include "ColorSlot.h"
 
 #include "ColorMime.h"
+#include "Drops.h"
 #include "Fixture.h"
 
 #include <QApplication>
@@ -56,7 +57,6 @@ void ColorSlot::setColor(const TrelColor &color)
     m_color = color;
     setToolTip(color.aName());
     update();
-    Q_EMIT colorChanged(color);
 }
 
 void ColorSlot::paintEvent(QPaintEvent *)
@@ -95,7 +95,7 @@ void ColorSlot::mouseMoveEvent(QMouseEvent *event)
 void ColorSlot::dragEnterEvent(QDragEnterEvent *event)
 {
     if (ColorMime::canRead(event->mimeData()))
-        event->acceptProposedAction();
+        Drops::acceptCopy(event);
 }
 
 void ColorSlot::dropEvent(QDropEvent *event)
@@ -103,6 +103,6 @@ void ColorSlot::dropEvent(QDropEvent *event)
     const QVector<NamedColor> colors = ColorMime::colorsOf(event->mimeData());
     if (colors.isEmpty())
         return;
-    event->acceptProposedAction();
+    Drops::acceptCopy(event);
     setColor(colors.first().color);
 }

@@ -13,16 +13,14 @@ public:
     /// \param name what the colour is for; shown beside it and read by screen readers.
     explicit ColorSlot(const QString &name, const TrelColor &color, QWidget *parent = nullptr);
 
+    /// The colour that it holds.
     TrelColor color() const;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 public Q_SLOTS:
-    /// Emits colorChanged() where it is another one.
+    /// Holds \a color from now on.
     void setColor(const TrelColor &color);
-
-Q_SIGNALS:
-    void colorChanged(const TrelColor &color);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -8,7 +8,7 @@
 namespace {
 
 constexpr unsigned int OPAQUE = 65535;
-constexpr int MIN_TEXT_OF_A_VALUE_STRING = 4; // "aRgb"
+constexpr int MIN_FIELDS = 4; // of a value string
 
 bool isIn01(double value)
 {
@@ -37,7 +37,7 @@ bool areNumbers(const QStringList &fields)
 bool isWellFormedValueString(const QString &text)
 {
     const QStringList fields = text.split(QLatin1Char(';'));
-    if (fields.size() < MIN_TEXT_OF_A_VALUE_STRING)
+    if (fields.size() < MIN_FIELDS)
         return false;
     const QString &form = fields.first();
     if (form == QLatin1String("aRgb"))

@@ -19,6 +19,7 @@ class Crossfader : public QWidget
     Q_OBJECT
 
 public:
+    /// From black to white.
     explicit Crossfader(QWidget *parent = nullptr);
 
     /// The blend at the slider.

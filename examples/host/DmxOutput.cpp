@@ -7,7 +7,7 @@
 namespace {
 
 constexpr int RETRY_FRAMES = DmxOutput::FRAMES_PER_SECOND;
-constexpr int QUESTION_FRAMES = 2 * DmxOutput::FRAMES_PER_SECOND;
+constexpr int QUESTION_FRAMES = DmxOutput::FRAMES_PER_SECOND;
 constexpr int FAREWELL_FRAMES = DmxOutput::FRAMES_PER_SECOND;
 
 QString listed(const QVector<int> &numbers)
@@ -40,11 +40,6 @@ DmxOutput::DmxOutput(const Patch *patch, std::unique_ptr<DmxSink> sink, QObject 
 bool DmxOutput::isEnabled() const
 {
     return m_isEnabled;
-}
-
-bool DmxOutput::isBlackout() const
-{
-    return m_isBlackout;
 }
 
 DmxOutput::Status DmxOutput::status() const
@@ -80,7 +75,6 @@ void DmxOutput::setEnabled(bool enabled)
         return;
     m_isEnabled = enabled;
     m_framesToRetry = 0;
-    m_framesLeft.clear();
     if (enabled) {
         m_pacer.start(FramePacer::Clock::now());
         m_timer.start(0);

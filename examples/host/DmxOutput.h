@@ -20,13 +20,14 @@ class DmxOutput : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int FRAMES_PER_SECOND = 44;
+    static constexpr int FRAMES_PER_SECOND = 44; ///< what DMX of 512 slots can carry
 
+    /// What becomes of the frames.
     enum State : int {
         Unavailable,  ///< this build has no output
         Off,          ///< not enabled
         Disconnected, ///< nobody listens; tries again
-        Sending
+        Sending       ///< they go out
     };
 
     /// What the user should know.
@@ -44,7 +45,7 @@ public:
 
     /// Whether it sends, or would if it could; never without a sink.
     bool isEnabled() const;
-    bool isBlackout() const;
+    /// What it does now.
     Status status() const;
     /// The status as a line for the user.
     QString statusText() const;
@@ -59,6 +60,7 @@ public Q_SLOTS:
     void setBlackout(bool blackout);
 
 Q_SIGNALS:
+    /// status() or statusText() are others.
     void statusChanged();
 
 private:

@@ -15,9 +15,9 @@ public:
     DmxSink &operator=(const DmxSink &) = delete;
     virtual ~DmxSink() = default;
 
-    /// Connects; what was open before is closed. False when nobody listens.
+    /// Connects, where there is no connection that works. False when nobody listens, or answers.
     virtual bool open() = 0;
-    /// Sends all slots of a universe. False when the connection is gone; open() then tries again.
+    /// Sends all slots of a universe. False when the connection is gone or its other end hangs; open() then tries again.
     virtual bool send(int universe, const QByteArray &content) = 0;
     /// Asks for the universes that lead somewhere. The answer comes during a later process().
     virtual void askForUniverses() = 0;

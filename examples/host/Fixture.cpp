@@ -4,6 +4,7 @@
 #include <HuelockProfileFactory.h>
 #include <IOMode.h>
 #include <IOModeFactory.h>
+#include <KestraProjectHelper.h>
 #include <Tristimulus.h>
 
 #include <QCoreApplication>
@@ -34,18 +35,6 @@ HueLockProfile &profileOf(ColorUtils::HuelockProfileID id)
     return *HuelockProfileFactory::instance()->getProfile(id);
 }
 
-QString lackOf(ColorUtils::HuelockProfileID id)
-{
-    HueLockProfile &profile = profileOf(id);
-    Tristimulus &data = *profile.getTristimulus();
-    const int needed = ColorUtils::configChannelCount(profile.getChannelConfiguration());
-    const int have = int(std::min({data.getX().size(), data.getY().size(), data.getZ().size()}));
-    if (have >= needed)
-        return QString();
-    return QCoreApplication::translate("Fixture", "The profile %1 has calibration data for %2 of its %3 channels.")
-        .arg(profile.name(), QString::number(have), QString::number(needed));
-}
-
 /// Whether a colour that is in the fixture's own terms already can be handed through as it is. A conversion ends the
 /// program at the others.
 bool passesThrough(const TrelColor &color, int channels)
@@ -69,11 +58,46 @@ TrelColor sendable(const TrelColor &color, const Fixture &fixture)
 
 } // namespace
 
+const FixtureNumber FixtureNumber::ALL[] = {
+    {"profile", ColorUtils::GENERIC_RGB, ColorUtils::FLOODBAR_KQ2_RGBW, [](const Fixture &f) { return int(f.profile); },
+     [](Fixture &f, int value) { f.setProfile(ColorUtils::HuelockProfileID(value)); }},
+    {"mode", ColorUtils::RGB_IN_OUT, ColorUtils::SINGLE_CHANNEL_IN_OUT, [](const Fixture &f) { return int(f.mode); },
+     [](Fixture &f, int value) { f.setMode(ColorUtils::IOModeID(value)); }},
+    {"calibrated", 0, 1, [](const Fixture &f) { return int(f.isCalibrated); },
+     [](Fixture &f, int value) { f.isCalibrated = value != 0; }},
+    {"resolution", 1, 2, [](const Fixture &f) { return f.resolution; },
+     [](Fixture &f, int value) { f.resolution = value; }},
+    {"curve", 0, 2, [](const Fixture &f) { return f.curve; }, [](Fixture &f, int value) { f.curve = value; }},
+    {"onboardCurve", 0, 2, [](const Fixture &f) { return f.onboardCurve; },
+     [](Fixture &f, int value) { f.onboardCurve = value; }},
+    {"universe", 0, Fixture::MAX_UNIVERSE, [](const Fixture &f) { return f.universe; },
+     [](Fixture &f, int value) { f.universe = value; }},
+    {"address", 1, Fixture::SLOTS, [](const Fixture &f) { return f.address; },
+     [](Fixture &f, int value) { f.address = value; }},
+};
+
+QString lackOf(ColorUtils::HuelockProfileID profile)
+{
+    const HueLockProfile &known = profileOf(profile);
+    Tristimulus *data = known.getTristimulus();
+    const int needed = ColorUtils::configChannelCount(known.getChannelConfiguration());
+    const int have = data ? int(std::min({data->getX().size(), data->getY().size(), data->getZ().size()})) : 0;
+    if (have >= needed)
+        return QString();
+    return QCoreApplication::translate("Fixture", "The profile %1 has calibration data for %2 of its %3 channels.")
+        .arg(known.name(), QString::number(have), QString::number(needed));
+}
+
 Fixture Fixture::withDefaults(ColorUtils::HuelockProfileID profile)
 {
     Fixture fixture;
     fixture.setProfile(profile);
     return fixture;
+}
+
+QString Fixture::nameFrom(const QString &text)
+{
+    return KestraProjectHelper::writableText(text).simplified().left(MAX_NAME_LENGTH);
 }
 
 void Fixture::setProfile(ColorUtils::HuelockProfileID newProfile)
@@ -138,6 +162,21 @@ QString Fixture::lack() const
     return generic.isEmpty() ? lackOf(profile) : generic;
 }
 
+QString Fixture::conflict() const
+{
+    if (name.isEmpty())
+        return QCoreApplication::translate("Fixture", "A fixture needs a name.");
+    if (!ColorUtils::ioModesForHuelockProfileID(profile).contains(mode))
+        return QCoreApplication::translate("Fixture", "The profile of “%1” has no mode %2.")
+            .arg(name, QString::number(mode));
+    if (address < 1 || lastAddress() > SLOTS)
+        return QCoreApplication::translate("Fixture", "“%1” would take slots %2 to %3; a universe has 1 to %4.")
+            .arg(name, QString::number(address), QString::number(lastAddress()), QString::number(SLOTS));
+    if (universe < 0 || universe > MAX_UNIVERSE)
+        return QCoreApplication::translate("Fixture", "Universes are numbered from 0 to %1.").arg(MAX_UNIVERSE);
+    return QString();
+}
+
 QByteArray Fixture::bytes(const TrelColor &shown) const
 {
     QByteArray out(footprint(), '\0');
@@ -158,6 +197,7 @@ bool Fixture::operator==(const Fixture &other) const
            && isSameColor(color, other.color);
 }
 
+// By the text, since HSV colours count as equal by their hue alone.
 bool isSameColor(const TrelColor &a, const TrelColor &b)
 {
     return a.spec() == b.spec() && a.aName() == b.aName() && a.getHuelockProfileID() == b.getHuelockProfileID();

@@ -31,6 +31,9 @@ struct Fixture
     /// What a new fixture of \a profile starts with: its mode, calibration and on-board curve.
     static Fixture withDefaults(ColorUtils::HuelockProfileID profile);
 
+    /// A name that files can hold, made of what a user typed; empty where nothing is left of it.
+    static QString nameFrom(const QString &text);
+
     /// Gives the fixture another profile, and the mode, calibration and on-board curve that it starts with.
     void setProfile(ColorUtils::HuelockProfileID newProfile);
     /// Gives the fixture another mode, and the calibration that its profile has in it by default.
@@ -54,12 +57,31 @@ struct Fixture
     /// Why no colour can be sent: calibration data that a fixture profile database left short. Empty when they can.
     QString lack() const;
 
+    /// Why there can be no such fixture: its name, the mode for its profile, its place. Empty when there can.
+    QString conflict() const;
+
     /// The footprint() bytes that make the fixture show \a shown; zeros for an invalid colour and when it lack()s data.
     QByteArray bytes(const TrelColor &shown) const;
 
     /// Everything but the id.
     bool operator==(const Fixture &other) const;
 };
+
+/// A number of a fixture, as files and tables have it.
+struct FixtureNumber
+{
+    const char *name;
+    int minimum;
+    int maximum;
+    int (*get)(const Fixture &);
+    void (*set)(Fixture &, int);
+
+    /// All of them; to be set in this order, since the profile gives the others their defaults, and then the mode.
+    static const FixtureNumber ALL[8];
+};
+
+/// What calibration data of \a profile is missing, in a sentence; empty where all is there.
+QString lackOf(ColorUtils::HuelockProfileID profile);
 
 /// Whether both are the same colour in the same terms, by their value strings. Two invalid ones are.
 bool isSameColor(const TrelColor &a, const TrelColor &b);

@@ -72,6 +72,16 @@ QSpinBox *makeSpinBox(QWidget *parent, int minimum, int maximum)
     return box;
 }
 
+/// Room for the largest bytes, so that the column stays as it is while colours change.
+int widthOfBytes(QStyleOptionViewItem option, const QModelIndex &index)
+{
+    const int count = int(index.data().toString().count(QLatin1Char(' '))) + 1;
+    option.text = QStringLiteral("255 ").repeated(count).trimmed();
+    const QWidget *widget = option.widget;
+    const QStyle *style = widget ? widget->style() : QApplication::style();
+    return style->sizeFromContents(QStyle::CT_ItemViewItem, &option, QSize(), widget).width();
+}
+
 bool isForOneRow(int column)
 {
     return column == Patch::NameColumn || column == Patch::AddressColumn;
@@ -82,12 +92,16 @@ bool isForOneRow(int column)
 void FixtureDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
-    if (index.column() == Patch::BytesColumn)
+    if (index.column() == Patch::BytesColumn) {
+        const QFont ordinary = option->font;
         option->font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (index.column() == Patch::BytesColumn)
-        option->font.setPointSizeF(option->widget ? option->widget->font().pointSizeF() : option->font.pointSizeF());
-    if (index.column() == Patch::AddressColumn && !index.data(Patch::FaultRole).toString().isEmpty())
+        if (ordinary.pointSizeF() > 0) // none where a style counts in pixels
+            option->font.setPointSizeF(ordinary.pointSizeF());
+    }
+    if (index.column() == Patch::AddressColumn && !index.data(Patch::FaultRole).toString().isEmpty()) {
         option->palette.setColor(QPalette::Text, Theme::warningColor());
+        option->text += QStringLiteral(" ▲"); // seen in selected rows, too
+    }
 }
 
 void FixtureDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
@@ -109,12 +123,16 @@ void FixtureDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
 
 QSize FixtureDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
+    QStyleOptionViewItem shown = option;
+    initStyleOption(&shown, index);
     QSize size = QStyledItemDelegate::sizeHint(option, index);
     size.setHeight(option.fontMetrics.height() + ROW_PADDING);
     if (index.column() == Patch::ColorColumn)
         size.setWidth(SWATCH_WIDTH);
     if (index.column() == Patch::OutputColumn)
         size.setWidth(BARS_WIDTH);
+    if (index.column() == Patch::BytesColumn)
+        size.setWidth(widthOfBytes(shown, index));
     return size;
 }
 

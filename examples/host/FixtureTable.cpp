@@ -1,6 +1,7 @@
 #include "FixtureTable.h"
 
 #include "ColorMime.h"
+#include "Drops.h"
 #include "FixtureDelegate.h"
 
 #include <QClipboard>
@@ -21,15 +22,6 @@ constexpr int MAX_COLUMN_WIDTH = 190;
 constexpr int COLUMN_GAP = 8;
 constexpr int ROW_PADDING = 12;
 
-QPoint positionOf(const QDropEvent *event)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    return event->position().toPoint();
-#else
-    return event->pos();
-#endif
-}
-
 } // namespace
 
 FixtureTable::FixtureTable(Patch *patch, QWidget *parent)
@@ -48,6 +40,7 @@ FixtureTable::FixtureTable(Patch *patch, QWidget *parent)
     setDragEnabled(true);
     setDragDropMode(QAbstractItemView::DragDrop);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setTabKeyNavigation(false); // Tab leads on to the next pane; the arrow keys move among the cells
     setAccessibleName(tr("Fixtures"));
     verticalHeader()->hide();
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + ROW_PADDING);
@@ -87,7 +80,7 @@ void FixtureTable::fitColumns()
 void FixtureTable::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTableView::selectionChanged(selected, deselected);
-    Q_EMIT selectionChangedByUser();
+    Q_EMIT selectedRowsChanged();
 }
 
 void FixtureTable::keyPressEvent(QKeyEvent *event)
@@ -124,30 +117,34 @@ void FixtureTable::startDrag(Qt::DropActions)
 void FixtureTable::dragEnterEvent(QDragEnterEvent *event)
 {
     if (ColorMime::canRead(event->mimeData()) && m_patch->rowCount() > 0)
-        event->acceptProposedAction();
+        Drops::acceptCopy(event);
     else
         event->ignore();
 }
 
 void FixtureTable::dragMoveEvent(QDragMoveEvent *event)
 {
-    const int row = rowAt(positionOf(event).y());
+    QTableView::dragMoveEvent(event); // scrolls at the borders
+    const int row = rowAt(Drops::positionOf(event).y());
     const bool hasTarget = !targetsOf(row, 1).isEmpty();
     setDropRow(row);
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(hasTarget && ColorMime::canRead(event->mimeData()));
 }
 
-void FixtureTable::dragLeaveEvent(QDragLeaveEvent *)
+void FixtureTable::dragLeaveEvent(QDragLeaveEvent *event)
 {
+    QTableView::dragLeaveEvent(event);
     setDropRow(-1);
 }
 
 void FixtureTable::dropEvent(QDropEvent *event)
 {
+    stopAutoScroll();
+    setState(NoState);
     setDropRow(-1);
     event->setDropAction(Qt::CopyAction);
-    event->setAccepted(take(event->mimeData(), rowAt(positionOf(event).y())));
+    event->setAccepted(take(event->mimeData(), rowAt(Drops::positionOf(event).y())));
 }
 
 /// Whether there were colours in \a colorData for fixtures at \a row.

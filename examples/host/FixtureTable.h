@@ -26,7 +26,7 @@ public:
 
 Q_SIGNALS:
     /// Other rows are selected.
-    void selectionChangedByUser();
+    void selectedRowsChanged();
     /// The user wants the selected rows gone.
     void removalRequested();
     /// Colours were dropped or pasted for \a rows: the library's where \a uids has some, otherwise \a colors.

@@ -1,5 +1,7 @@
 #include "Gamut.h"
 
+#include "Fixture.h"
+
 #include <HueLockProfile.h>
 #include <HuelockProfileFactory.h>
 #include <Tristimulus.h>
@@ -68,9 +70,5 @@ QPolygonF Gamut::corners() const
 
 bool Gamut::canSolve() const
 {
-    Tristimulus *emitters = emittersOf(m_profile);
-    const int channels =
-        ColorUtils::configChannelCount(ColorUtils::nChannelConfigurationForHuelockProfileID(m_profile));
-    return emitters && emitters->getX().size() >= channels && emitters->getY().size() >= channels
-           && emitters->getZ().size() >= channels;
+    return lackOf(m_profile).isEmpty();
 }

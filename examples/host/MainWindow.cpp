@@ -7,6 +7,7 @@
 #include "Crossfader.h"
 #include "DmxOutput.h"
 #include "FixtureTable.h"
+#include "LibraryBatch.h"
 #include "Patch.h"
 #include "ProjectSwatches.h"
 #include "RecentFiles.h"
@@ -23,6 +24,8 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPointer>
+#include <QProgressDialog>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
@@ -33,6 +36,7 @@ namespace {
 
 constexpr int MERGE_PAUSE_MS = 700;
 constexpr int REFUSAL_MS = 10000;
+constexpr int PROGRESS_AFTER_MS = 500;
 constexpr int ICON_SIZE = 20;
 constexpr QSize INITIAL_SIZE(1280, 800);
 constexpr QSize MINIMUM_SIZE(960, 640);
@@ -160,10 +164,12 @@ void MainWindow::makeFileActions()
     connect(store, &QAction::triggered, this, &MainWindow::save);
     connect(storeAs, &QAction::triggered, this, &MainWindow::saveAs);
     connect(quit, &QAction::triggered, this, &QWidget::close);
-    connect(m_recentFiles, &RecentFiles::chosen, this, [this](const QString &path) {
+    const auto openAgain = [this](const QString &path) {
         if (mayDiscard() && !this->open(path) && !QFileInfo::exists(path))
             m_recentFiles->remove(path);
-    });
+    };
+    // Behind the action that was chosen, which the menu's new contents replace.
+    connect(m_recentFiles, &RecentFiles::chosen, this, openAgain, Qt::QueuedConnection);
 }
 
 void MainWindow::makeEditActions()
@@ -176,11 +182,9 @@ void MainWindow::makeEditActions()
     redo->setIcon(Theme::icon(QStringLiteral("redo")));
     redo->setIconText(tr("Redo"));
     redo->setShortcut(QKeySequence::Redo);
-    QAction *add = makeAction(tr("&Add Fixtures…"), QStringLiteral("add"), QKeySequence(Qt::CTRL | Qt::Key_Plus));
-    QAction *duplicate =
-        makeAction(tr("&Duplicate Fixtures"), QStringLiteral("duplicate"), QKeySequence(Qt::CTRL | Qt::Key_D));
-    QAction *remove =
-        makeAction(tr("Re&move Fixtures"), QStringLiteral("remove"), QKeySequence(Qt::CTRL | Qt::Key_Minus));
+    QAction *add = makeAction(tr("&Add Fixtures…"), QStringLiteral("add"), QStringLiteral("Ctrl++"));
+    QAction *duplicate = makeAction(tr("&Duplicate Fixtures"), QStringLiteral("duplicate"), QStringLiteral("Ctrl+D"));
+    QAction *remove = makeAction(tr("Re&move Fixtures"), QStringLiteral("remove"), QStringLiteral("Ctrl+-"));
     QMenu *menu = menuBar()->addMenu(tr("&Edit"));
     menu->addActions({undo, redo});
     menu->addSeparator();
@@ -199,7 +203,7 @@ void MainWindow::makeEditActions()
         duplicate->setEnabled(isAnySelected);
         remove->setEnabled(isAnySelected);
     };
-    connect(m_panes.table, &FixtureTable::selectionChangedByUser, this, enable);
+    connect(m_panes.table, &FixtureTable::selectedRowsChanged, this, enable);
     connect(m_patch, &QAbstractItemModel::rowsRemoved, this, enable);
     connect(m_patch, &QAbstractItemModel::modelReset, this, enable);
     enable();
@@ -289,21 +293,23 @@ void MainWindow::connectPanes()
     connect(m_panes.browser, &SwatchBrowser::colorActivated, this, &MainWindow::activateSwatch);
     connect(m_panes.browser, &SwatchBrowser::refused, this, &MainWindow::showRefusal);
     connect(m_patch, &Patch::refused, this, &MainWindow::showRefusal);
-    connect(m_panes.table, &FixtureTable::selectionChangedByUser, this, &MainWindow::onSelectionChanged);
-    connect(m_panes.table, &FixtureTable::colorsDropped, this, &MainWindow::assignDropped);
+    connect(m_panes.table, &FixtureTable::selectedRowsChanged, this, &MainWindow::onSelectionChanged);
+    connect(m_panes.table, &FixtureTable::colorsDropped, this, &MainWindow::assign);
     connect(m_patch, &Patch::dataChanged, this, &MainWindow::onPatchChanged);
     connect(m_patch, &Patch::modelReset, this, &MainWindow::onSelectionChanged);
     connect(m_panes.crossfader, &Crossfader::started, this, &MainWindow::startFade);
     connect(m_panes.crossfader, &Crossfader::moved, this,
             [this](const TrelColor &color) { m_patch->setLive(m_fading, color); });
     connect(m_panes.crossfader, &Crossfader::finished, this, &MainWindow::finishFade);
-    connect(&m_undo, &QUndoStack::cleanChanged, this, [this](bool isClean) { setWindowModified(!isClean); });
+    connect(&m_undo, &QUndoStack::indexChanged, this, &MainWindow::updateModified);
+    connect(&m_undo, &QUndoStack::cleanChanged, this, &MainWindow::updateModified);
     showColor(m_panes.editor->color());
 }
 
 void MainWindow::setSending(bool isSending)
 {
-    m_sendAction->setChecked(isSending);
+    if (m_sendAction->isEnabled())
+        m_sendAction->setChecked(isSending);
 }
 
 void MainWindow::newProject()
@@ -330,7 +336,7 @@ bool MainWindow::open(const QString &path)
     ProjectFile::Fault fault;
     {
         const WaitCursor cursor;
-        std::optional<ProjectFile::Content> content = ProjectFile::read(path, fault);
+        std::optional<ProjectFile::Content> content = readWithProgress(path, fault);
         if (content && ProjectFile::adoptColors(*content, fault)) {
             m_patch->reset(content->fixtures);
             m_panes.table->fitColumns();
@@ -343,8 +349,21 @@ bool MainWindow::open(const QString &path)
     return false;
 }
 
+/// Where it takes longer, a bar shows how far it is; the output goes on meanwhile.
+std::optional<ProjectFile::Content> MainWindow::readWithProgress(const QString &path, ProjectFile::Fault &fault)
+{
+    QProgressDialog dialog(tr("Opening “%1”…").arg(QFileInfo(path).fileName()), QString(), 0, 0, this);
+    dialog.setWindowModality(Qt::WindowModal);
+    dialog.setMinimumDuration(PROGRESS_AFTER_MS);
+    return ProjectFile::read(path, fault, [&dialog](int done, int total) {
+        dialog.setMaximum(total);
+        dialog.setValue(done);
+    });
+}
+
 bool MainWindow::saveTo(const QString &path)
 {
+    endTyping();
     ProjectFile::Fault fault;
     {
         const WaitCursor cursor;
@@ -373,10 +392,34 @@ bool MainWindow::saveAs()
     return dialog.exec() == QDialog::Accepted && saveTo(dialog.selectedFiles().constFirst());
 }
 
+/// What is being typed counts.
+void MainWindow::endTyping()
+{
+    const QPointer<QWidget> field = focusWidget();
+    if (field.isNull())
+        return;
+    field->clearFocus(); // which ends the editor of a cell
+    if (!field.isNull() && field->isVisible())
+        field->setFocus();
+}
+
+/// Edits of the user's own lists are on the stack, too, but no part of the project: it is compared with what was saved,
+/// where the last step may have made a difference.
+void MainWindow::updateModified()
+{
+    const bool isUndone = m_undo.index() < m_stepsBefore;
+    m_stepsBefore = m_undo.index();
+    if (m_undo.isClean())
+        setWindowModified(false);
+    else if (isUndone || !isWindowModified())
+        setWindowModified(ProjectFile::documentOf(m_patch->fixtures()) != m_savedProject);
+}
+
 /// Whether the present project may go: it is saved, the user saves it now, or does not want it.
 bool MainWindow::mayDiscard()
 {
-    if (m_undo.isClean())
+    endTyping();
+    if (!isWindowModified())
         return true;
     const auto answer =
         QMessageBox::warning(this, tr("Unsaved Changes"), tr("The project has changes that are not saved."),
@@ -389,10 +432,11 @@ bool MainWindow::mayDiscard()
 void MainWindow::setProjectPath(const QString &path)
 {
     m_projectPath = path;
+    m_savedProject = ProjectFile::documentOf(m_patch->fixtures());
     const QString name = path.isEmpty() ? tr("Untitled") : QFileInfo(path).completeBaseName();
     setWindowTitle(QStringLiteral("%1[*]").arg(name));
     setWindowFilePath(path);
-    setWindowModified(!m_undo.isClean());
+    setWindowModified(false);
 }
 
 void MainWindow::showFault(const QString &text, const ProjectFile::Fault &fault)
@@ -424,6 +468,7 @@ void MainWindow::onSelectionChanged()
 {
     m_patch->endMerging();
     const QVector<int> rows = m_panes.table->selectedRows();
+    m_shown = rows.isEmpty() ? QModelIndex() : m_patch->index(rows.first(), 0);
     if (rows.isEmpty())
         return;
     const Fixture &fixture = m_patch->fixtures().at(rows.first());
@@ -433,12 +478,11 @@ void MainWindow::onSelectionChanged()
 }
 
 /// Undo, a drop or a swatch that was edited may have changed what the editor shows.
-void MainWindow::onPatchChanged()
+void MainWindow::onPatchChanged(const QModelIndex &first, const QModelIndex &last)
 {
-    const QVector<int> rows = m_panes.table->selectedRows();
-    if (rows.isEmpty())
+    if (!m_shown.isValid() || m_shown.row() < first.row() || m_shown.row() > last.row())
         return;
-    const Fixture &fixture = m_patch->fixtures().at(rows.first());
+    const Fixture &fixture = m_patch->fixtures().at(m_shown.row());
     m_panes.editor->setProfile(fixture.profile);
     m_panes.chart->setProfile(fixture.profile);
     if (!isSameColor(fixture.color, m_panes.editor->color()))
@@ -458,20 +502,24 @@ void MainWindow::activateSwatch(const TrelColor &color, const QString &uid)
     assign(m_panes.table->selectedRows(), {color}, uid.isEmpty() ? QStringList() : QStringList{uid});
 }
 
-void MainWindow::assignDropped(const QVector<int> &rows, const QVector<TrelColor> &colors, const QStringList &uids)
-{
-    assign(rows, colors, uids);
-}
-
 /// The project's copies of library colours come into it by the same step as the assignment.
 void MainWindow::assign(const QVector<int> &rows, const QVector<TrelColor> &colors, const QStringList &uids)
 {
     if (rows.isEmpty())
         return;
-    m_undo.beginMacro(tr("Assign Colour"));
     QVector<PatchColor> assigned;
-    for (int i = 0; i < colors.size(); ++i)
-        assigned.append({colors.at(i), i < uids.size() ? ProjectSwatches::expose(uids.at(i), &m_undo) : QString()});
+    bool isInProject = true;
+    for (int i = 0; i < qMin(colors.size(), rows.size()); ++i) { // the others have no fixture
+        const QString uid = uids.isEmpty() ? QString() : ProjectSwatches::exposed(uids.at(i));
+        isInProject = isInProject && uid.isEmpty() == uids.isEmpty();
+        assigned.append({colors.at(i), uid});
+    }
+    if (isInProject && m_patch->hasColors(rows, assigned))
+        return;
+    const LibraryBatch batch;
+    m_undo.beginMacro(tr("Assign Colour"));
+    for (int i = 0; i < assigned.size() && !uids.isEmpty(); ++i)
+        assigned[i].uid = ProjectSwatches::expose(uids.at(i), &m_undo);
     m_patch->assign(rows, assigned, false);
     m_undo.endMacro();
 }

@@ -6,6 +6,7 @@
 #include "Theme.h"
 
 #include <QMainWindow>
+#include <QPersistentModelIndex>
 #include <QTimer>
 #include <QUndoStack>
 
@@ -28,9 +29,13 @@ public:
     explicit MainWindow(std::unique_ptr<DmxSink> sink, QWidget *parent = nullptr);
     ~MainWindow() override;
 
+    /// The fixtures of the project.
     Patch *patch() const;
+    /// What sends them.
     DmxOutput *output() const;
+    /// The steps of all panes.
     QUndoStack *undoStack();
+    /// The panes, for tests.
     const PaneSet &panes() const;
     /// Path of the project; empty for one that was never saved.
     QString projectPath() const;
@@ -69,15 +74,17 @@ private:
 
     void showText(QAction *action);
 
+    void endTyping();
+    void updateModified();
     bool mayDiscard();
     void setProjectPath(const QString &path);
+    std::optional<ProjectFile::Content> readWithProgress(const QString &path, ProjectFile::Fault &fault);
     void showFault(const QString &text, const ProjectFile::Fault &fault);
     void addFixtures();
     void onSelectionChanged();
-    void onPatchChanged();
+    void onPatchChanged(const QModelIndex &first, const QModelIndex &last);
     void editColor(const TrelColor &color);
     void activateSwatch(const TrelColor &color, const QString &uid);
-    void assignDropped(const QVector<int> &rows, const QVector<TrelColor> &colors, const QStringList &uids);
     void assign(const QVector<int> &rows, const QVector<TrelColor> &colors, const QStringList &uids);
     void showColor(const TrelColor &color);
     void startFade();
@@ -98,7 +105,10 @@ private:
     QAction *m_blackoutAction = nullptr;
     QLabel *m_statusMark;
     QLabel *m_statusText;
-    QTimer m_mergeTimer; ///< ends a step of colour edits when the user pauses
+    QTimer m_mergeTimer;           ///< ends a step of colour edits when the user pauses
+    int m_stepsBefore = 0;         ///< QUndoStack::index() when it was last looked at
+    QPersistentModelIndex m_shown; ///< of the fixture whose colour is edited
     QString m_projectPath;
+    QByteArray m_savedProject; ///< its document, as it was opened or last saved
     QVector<quint32> m_fading; ///< ids of the fixtures that a crossfade moves
 };

@@ -11,7 +11,7 @@ MessageLabel::MessageLabel(QWidget *parent)
 {
     setWordWrap(true);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    setAccessibleName(tr("Message"));
+    setObjectName(QStringLiteral("message"));
 }
 
 void MessageLabel::remark(const QString &text)

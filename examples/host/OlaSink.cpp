@@ -10,9 +10,16 @@
 #include <ola/network/SocketAddress.h>
 #include <ola/network/TCPSocket.h>
 
+#include <chrono>
 #include <vector>
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// A daemon that owes an answer for so long hangs. What is sent to it then fills the connection, and the sending that
+/// finds it full waits until the daemon goes on.
+constexpr auto PATIENCE = std::chrono::milliseconds(500);
 
 /// The connection over which the daemon is asked: the streaming client only talks.
 class Inquiry
@@ -50,8 +57,18 @@ public:
 
     void ask()
     {
-        if (m_isOpen)
-            m_client->FetchUniverseList(ola::NewSingleCallback(this, &Inquiry::onUniverses));
+        if (!m_isOpen || m_isAsked)
+            return;
+        m_isAsked = true;
+        m_asked = Clock::now();
+        m_client->FetchUniverseList(ola::NewSingleCallback(this, &Inquiry::onUniverses));
+    }
+
+    bool isHanging()
+    {
+        if (isOverdue())
+            process(); // this program may have been the one that was busy
+        return isOverdue();
     }
 
     void process()
@@ -66,6 +83,11 @@ public:
     }
 
 private:
+    bool isOverdue() const
+    {
+        return m_isOpen && m_isAsked && Clock::now() - m_asked > PATIENCE;
+    }
+
     void onClosed()
     {
         m_whenClosed = nullptr; // which deletes itself once it has run
@@ -75,6 +97,7 @@ private:
     /// A universe without an output port leads nowhere.
     void onUniverses(const ola::client::Result &result, const std::vector<ola::client::OlaUniverse> &universes)
     {
+        m_isAsked = false;
         if (!result.Success())
             return;
         QSet<int> known;
@@ -91,6 +114,8 @@ private:
     /// The client runs it at most once and never deletes it.
     ola::SingleUseCallback0<void> *m_whenClosed = ola::NewSingleCallback(this, &Inquiry::onClosed);
     bool m_isOpen = false;
+    bool m_isAsked = false; ///< the answer has not come yet
+    Clock::time_point m_asked;
     std::optional<QSet<int>> m_universes;
 };
 
@@ -103,8 +128,13 @@ public:
     {
     }
 
+    /// The connection to a daemon that hangs is kept, and goes on with it.
     bool open() override
     {
+        if (m_inquiry && m_inquiry->isHanging())
+            return false;
+        if (m_stream && m_inquiry && m_inquiry->isOpen())
+            return true;
         m_inquiry.reset();
         ola::client::StreamingClient::Options options;
         options.auto_start = false; // whoever owns the rig decides whether its daemon runs
@@ -120,7 +150,7 @@ public:
 
     bool send(int universe, const QByteArray &content) override
     {
-        if (!m_stream)
+        if (!m_stream || (m_inquiry && m_inquiry->isHanging()))
             return false;
         const ola::DmxBuffer frame(reinterpret_cast<const uint8_t *>(content.constData()),
                                    static_cast<unsigned int>(content.size()));

@@ -16,7 +16,7 @@ namespace {
 constexpr int MARGIN = 6;
 constexpr int CROSSFADER_WIDTH = 190;
 
-/// \a content with a margin, as a pane of a splitter.
+/// What \a layout holds, with a margin, as a pane of a splitter.
 QWidget *makePane(QLayout *layout)
 {
     auto *pane = new QWidget;

@@ -15,25 +15,28 @@ constexpr int ASSIGN_STEP = 1; // QUndoCommand::id() of steps that merge
 
 struct Header
 {
+    const char *number; ///< FixtureNumber that it shows; null for none
     const char *text;
     const char *toolTip;
 };
 
 // By Column.
 constexpr Header HEADERS[Patch::ColumnCount] = {
-    {QT_TRANSLATE_NOOP("Patch", "Fixture"), QT_TRANSLATE_NOOP("Patch", "Name of the fixture")},
-    {QT_TRANSLATE_NOOP("Patch", "Universe"), QT_TRANSLATE_NOOP("Patch", "DMX universe, 0 to 65535")},
-    {QT_TRANSLATE_NOOP("Patch", "Address"), QT_TRANSLATE_NOOP("Patch", "First slot in the universe, 1 to 512")},
-    {QT_TRANSLATE_NOOP("Patch", "Colour"), QT_TRANSLATE_NOOP("Patch", "Drop a colour here, or edit it above")},
-    {QT_TRANSLATE_NOOP("Patch", "Output"), QT_TRANSLATE_NOOP("Patch", "What each channel receives")},
-    {QT_TRANSLATE_NOOP("Patch", "Bytes"), QT_TRANSLATE_NOOP("Patch", "The DMX bytes of the fixture")},
-    {QT_TRANSLATE_NOOP("Patch", "Profile"), QT_TRANSLATE_NOOP("Patch", "Family of fixtures, with its emitters")},
-    {QT_TRANSLATE_NOOP("Patch", "Mode"), QT_TRANSLATE_NOOP("Patch", "How colours map onto the channels")},
-    {QT_TRANSLATE_NOOP("Patch", "Calibrated"),
+    {nullptr, QT_TRANSLATE_NOOP("Patch", "Fixture"), QT_TRANSLATE_NOOP("Patch", "Name of the fixture")},
+    {"universe", QT_TRANSLATE_NOOP("Patch", "Universe"), QT_TRANSLATE_NOOP("Patch", "DMX universe, 0 to 65535")},
+    {"address", QT_TRANSLATE_NOOP("Patch", "Address"),
+     QT_TRANSLATE_NOOP("Patch", "First slot in the universe, 1 to 512")},
+    {nullptr, QT_TRANSLATE_NOOP("Patch", "Colour"), QT_TRANSLATE_NOOP("Patch", "Drop a colour here, or edit it above")},
+    {nullptr, QT_TRANSLATE_NOOP("Patch", "Output"), QT_TRANSLATE_NOOP("Patch", "What each channel receives")},
+    {nullptr, QT_TRANSLATE_NOOP("Patch", "Bytes"), QT_TRANSLATE_NOOP("Patch", "The DMX bytes of the fixture")},
+    {"profile", QT_TRANSLATE_NOOP("Patch", "Profile"),
+     QT_TRANSLATE_NOOP("Patch", "Family of fixtures, with its emitters")},
+    {"mode", QT_TRANSLATE_NOOP("Patch", "Mode"), QT_TRANSLATE_NOOP("Patch", "How colours map onto the channels")},
+    {"calibrated", QT_TRANSLATE_NOOP("Patch", "Calibrated"),
      QT_TRANSLATE_NOOP("Patch", "Whether RGB colours are solved through the measured emitters")},
-    {QT_TRANSLATE_NOOP("Patch", "Resolution"), QT_TRANSLATE_NOOP("Patch", "Bits of a channel")},
-    {QT_TRANSLATE_NOOP("Patch", "Curve"), QT_TRANSLATE_NOOP("Patch", "Dimming curve applied by this program")},
-    {QT_TRANSLATE_NOOP("Patch", "On-board curve"),
+    {"resolution", QT_TRANSLATE_NOOP("Patch", "Resolution"), QT_TRANSLATE_NOOP("Patch", "Bits of a channel")},
+    {"curve", QT_TRANSLATE_NOOP("Patch", "Curve"), QT_TRANSLATE_NOOP("Patch", "Dimming curve applied by this program")},
+    {"onboardCurve", QT_TRANSLATE_NOOP("Patch", "On-board curve"),
      QT_TRANSLATE_NOOP("Patch", "Dimming curve of the fixture, compensated for")},
 };
 
@@ -89,40 +92,22 @@ QString colorText(const TrelColor &color)
     return color.isValid() ? color.name8() : Patch::tr("none");
 }
 
+/// The number that a column shows; null for none.
+const FixtureNumber *numberOf(int column)
+{
+    const char *name = HEADERS[column].number;
+    const auto *number = std::find_if(std::begin(FixtureNumber::ALL), std::end(FixtureNumber::ALL),
+                                      [name](const FixtureNumber &entry) { return qstrcmp(entry.name, name) == 0; });
+    return number == std::end(FixtureNumber::ALL) ? nullptr : number;
+}
+
 /// \a fixture with \a value in \a column.
 Fixture withValue(Fixture fixture, int column, const QVariant &value)
 {
-    switch (column) {
-    case Patch::NameColumn:
-        fixture.name = value.toString().simplified().left(Fixture::MAX_NAME_LENGTH);
-        break;
-    case Patch::UniverseColumn:
-        fixture.universe = value.toInt();
-        break;
-    case Patch::AddressColumn:
-        fixture.address = value.toInt();
-        break;
-    case Patch::ProfileColumn:
-        fixture.setProfile(ColorUtils::HuelockProfileID(value.toInt()));
-        break;
-    case Patch::ModeColumn:
-        fixture.setMode(ColorUtils::IOModeID(value.toInt()));
-        break;
-    case Patch::CalibrationColumn:
-        fixture.isCalibrated = value.toBool();
-        break;
-    case Patch::ResolutionColumn:
-        fixture.resolution = value.toInt();
-        break;
-    case Patch::CurveColumn:
-        fixture.curve = value.toInt();
-        break;
-    case Patch::OnboardCurveColumn:
-        fixture.onboardCurve = value.toInt();
-        break;
-    default:
-        break;
-    }
+    if (const FixtureNumber *number = numberOf(column))
+        number->set(fixture, value.toInt());
+    else
+        fixture.name = Fixture::nameFrom(value.toString());
     return fixture;
 }
 
@@ -130,9 +115,9 @@ Fixture withValue(Fixture fixture, int column, const QVariant &value)
 void followSwatch(Fixture &fixture)
 {
     const TrelColorLibrary *library = TrelColorLibrary::Instance();
-    if (fixture.uid.isEmpty() || !library->containsUid(fixture.uid))
+    const QModelIndex swatch = fixture.uid.isEmpty() ? QModelIndex() : library->getIndexOfUid(fixture.uid);
+    if (!swatch.isValid())
         return;
-    const QModelIndex swatch = library->getIndexOfUid(fixture.uid);
     const auto *color =
         static_cast<const TrelColor *>(library->data(swatch, TrelColorLibraryItem::ColorRole).value<void *>());
     if (color)
@@ -297,6 +282,7 @@ QVariant Patch::data(const QModelIndex &index, int role) const
     case LettersRole:
         return fixture.channelLetters();
     case FaultRole:
+    case Qt::AccessibleDescriptionRole:
         return faultOf(index.row());
     default:
         return QVariant();
@@ -335,28 +321,9 @@ QVariant Patch::text(const Fixture &fixture, int row, int column) const
 
 QVariant Patch::editValue(const Fixture &fixture, int column) const
 {
-    switch (column) {
-    case NameColumn:
-        return fixture.name;
-    case UniverseColumn:
-        return fixture.universe;
-    case AddressColumn:
-        return fixture.address;
-    case ProfileColumn:
-        return int(fixture.profile);
-    case ModeColumn:
-        return int(fixture.mode);
-    case CalibrationColumn:
-        return int(fixture.isCalibrated);
-    case ResolutionColumn:
-        return fixture.resolution;
-    case CurveColumn:
-        return fixture.curve;
-    case OnboardCurveColumn:
-        return fixture.onboardCurve;
-    default:
-        return QVariant();
-    }
+    if (const FixtureNumber *number = numberOf(column))
+        return number->get(fixture);
+    return column == NameColumn ? QVariant(fixture.name) : QVariant();
 }
 
 QVariant Patch::toolTip(int row, int column) const
@@ -387,10 +354,23 @@ bool Patch::setValues(const QVector<int> &rows, Column column, const QVariant &v
         return false;
     QVector<Change> changes;
     for (const int row : rows) {
+        if (!offers(index(row, column), value)) {
+            Q_EMIT refused(tr("The profile of “%1” does not offer that.").arg(m_fixtures.at(row).name));
+            return false;
+        }
         const Fixture &before = m_fixtures.at(row);
         changes.append({before, withValue(before, column, value)});
     }
     return change(changes, tr("Change %1").arg(tr(HEADERS[column].text)), false);
+}
+
+/// Whether the cell can be edited and \a value is one of its choices, where it has some.
+bool Patch::offers(const QModelIndex &cell, const QVariant &value) const
+{
+    const QVector<Choice> offered = choices(cell);
+    const bool isOffered = std::any_of(offered.cbegin(), offered.cend(),
+                                       [&value](const Choice &choice) { return choice.value == value.toInt(); });
+    return flags(cell).testFlag(Qt::ItemIsEditable) && (offered.isEmpty() || isOffered);
 }
 
 QVector<Patch::Choice> Patch::choices(const QModelIndex &index) const
@@ -470,15 +450,10 @@ QVector<quint32> Patch::idsOf(const QVector<int> &rows) const
 
 bool Patch::accepts(const Fixture &fixture)
 {
-    const bool isPlace = fixture.address >= 1 && fixture.lastAddress() <= Fixture::SLOTS && fixture.universe >= 0
-                         && fixture.universe <= Fixture::MAX_UNIVERSE;
-    if (fixture.name.isEmpty())
-        Q_EMIT refused(tr("A fixture needs a name."));
-    else if (!isPlace)
-        Q_EMIT refused(tr("“%1” would take slots %2 to %3; a universe has 1 to %4.")
-                           .arg(fixture.name, QString::number(fixture.address), QString::number(fixture.lastAddress()),
-                                QString::number(Fixture::SLOTS)));
-    return isPlace && !fixture.name.isEmpty();
+    const QString conflict = fixture.conflict();
+    if (!conflict.isEmpty())
+        Q_EMIT refused(conflict);
+    return conflict.isEmpty();
 }
 
 bool Patch::add(const QVector<Fixture> &added)
@@ -529,11 +504,11 @@ bool Patch::change(const QVector<Change> &changes, const QString &text, bool mer
     for (const Change &change : changes) {
         if (!accepts(change.after))
             return false;
-        if (!(change.before == change.after) || merges)
+        if (!(change.before == change.after))
             real.append(change);
     }
-    if (!real.isEmpty())
-        m_undo->push(new ChangeStep(this, real, text, merges ? m_mergeKey : 0));
+    if (!real.isEmpty()) // a step that merges is of the same fixtures each time
+        m_undo->push(new ChangeStep(this, merges ? changes : real, text, merges ? m_mergeKey : 0));
     return true;
 }
 
@@ -545,16 +520,27 @@ void Patch::assign(const QVector<int> &rows, const QVector<PatchColor> &colors, 
     for (int i = 0; i < rows.size(); ++i) {
         const PatchColor &color = colors.at(qMin(i, int(colors.size()) - 1));
         const Fixture &before = m_fixtures.at(rows.at(i));
-        m_live.remove(before.id);
+        if (m_live.remove(before.id) > 0)
+            showAgain(rows.at(i));
         Fixture after = before;
         after.color = color.color;
         after.uid = color.uid;
         changes.append({before, after});
-        showAgain(rows.at(i));
     }
     if (!merges)
         endMerging();
     change(changes, tr("Assign Colour"), merges);
+}
+
+bool Patch::hasColors(const QVector<int> &rows, const QVector<PatchColor> &colors) const
+{
+    for (int i = 0; i < rows.size(); ++i) {
+        const PatchColor &color = colors.at(qMin(i, int(colors.size()) - 1));
+        const Fixture &fixture = m_fixtures.at(rows.at(i));
+        if (m_live.contains(fixture.id) || fixture.uid != color.uid || !isSameColor(fixture.color, color.color))
+            return false;
+    }
+    return true;
 }
 
 void Patch::endMerging()
@@ -602,23 +588,35 @@ void Patch::removeFixture(int row)
 void Patch::replaceFixture(const Fixture &fixture)
 {
     const int row = rowOf(fixture.id);
+    const Fixture before = m_fixtures.at(row);
     m_fixtures[row] = fixture;
     followSwatch(m_fixtures[row]);
-    showAgain(row);
+    renewBytes(row);
+    Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+    if (fixture.address != before.address || fixture.universe != before.universe
+        || fixture.footprint() != before.footprint())
+        Q_EMIT dataChanged(index(0, AddressColumn), index(rowCount() - 1, AddressColumn)); // of what overlaps
 }
 
-/// Makes the bytes of \a row anew and has views show them.
-void Patch::showAgain(int row)
+void Patch::renewBytes(int row)
 {
     const Fixture &fixture = m_fixtures.at(row);
     m_bytes.insert(fixture.id, fixture.bytes(shownColor(row)));
     m_frames.clear();
-    Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+}
+
+/// Has views show the colour on stage, and leaves alone what somebody may be typing into another cell.
+void Patch::showAgain(int row)
+{
+    renewBytes(row);
+    Q_EMIT dataChanged(index(row, ColorColumn), index(row, BytesColumn));
 }
 
 void Patch::followLibrary()
 {
     for (int row = 0; row < m_fixtures.size(); ++row) {
+        if (m_fixtures.at(row).uid.isEmpty())
+            continue;
         const TrelColor before = m_fixtures.at(row).color;
         followSwatch(m_fixtures[row]);
         if (!isSameColor(before, m_fixtures.at(row).color))
@@ -635,14 +633,6 @@ void Patch::setLive(const QVector<quint32> &ids, const TrelColor &color)
         m_live.insert(id, color);
         showAgain(row);
     }
-}
-
-void Patch::clearLive()
-{
-    const QList<quint32> ids = m_live.keys();
-    m_live.clear();
-    for (const quint32 id : ids)
-        showAgain(rowOf(id));
 }
 
 TrelColor Patch::shownColor(int row) const

@@ -75,6 +75,7 @@ public:
     /// What a cell of a column with a list of values can take; empty for the other columns.
     QVector<Choice> choices(const QModelIndex &index) const;
 
+    /// All fixtures, by row.
     const QVector<Fixture> &fixtures() const;
     /// The row of the fixture with this id; −1 for none.
     int rowOf(quint32 id) const;
@@ -90,6 +91,8 @@ public:
     /// Gives the fixture at rows[i] colors[i] or, where there are fewer colours, the last one. As one step, or as a
     /// part of the last one where that gave the same fixtures a colour and \a merges both times.
     void assign(const QVector<int> &rows, const QVector<PatchColor> &colors, bool merges);
+    /// Whether assign() would change nothing.
+    bool hasColors(const QVector<int> &rows, const QVector<PatchColor> &colors) const;
     /// The next assign() begins a step of its own.
     void endMerging();
     /// Replaces all fixtures, without a step; the undo stack is cleared.
@@ -97,8 +100,6 @@ public:
 
     /// Shows \a color on fixtures without changing their own, until it is cleared or they are assigned another.
     void setLive(const QVector<quint32> &ids, const TrelColor &color);
-    /// Shows the fixtures' own colours again.
-    void clearLive();
     /// The colour on stage now.
     TrelColor shownColor(int row) const;
 
@@ -131,10 +132,12 @@ private:
     void insertFixture(int row, const Fixture &fixture);
     void removeFixture(int row);
     void replaceFixture(const Fixture &fixture);
+    void renewBytes(int row);
     void showAgain(int row);
     void followLibrary();
     bool change(const QVector<Change> &changes, const QString &text, bool merges);
     bool accepts(const Fixture &fixture);
+    bool offers(const QModelIndex &cell, const QVariant &value) const;
     QVariant text(const Fixture &fixture, int row, int column) const;
     QVariant editValue(const Fixture &fixture, int column) const;
     QVariant toolTip(int row, int column) const;

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QSet>
 #include <QXmlStreamReader>
 
 namespace {
@@ -21,35 +22,7 @@ constexpr char COLOR_ATTRIBUTE[] = "color";
 constexpr double VERSION = 1.0;
 constexpr qint64 MAX_BYTES = 64 * 1024 * 1024;
 constexpr int MAX_DEPTH = 64;
-
-/// A number of a fixture, as the document holds it.
-struct NumberField
-{
-    const char *attribute;
-    int minimum;
-    int maximum;
-    int (*get)(const Fixture &);
-    void (*set)(Fixture &, int);
-};
-
-// The profile first, since it gives the others their defaults, and then the mode.
-constexpr NumberField NUMBER_FIELDS[] = {
-    {"profile", ColorUtils::GENERIC_RGB, ColorUtils::FLOODBAR_KQ2_RGBW, [](const Fixture &f) { return int(f.profile); },
-     [](Fixture &f, int value) { f.setProfile(ColorUtils::HuelockProfileID(value)); }},
-    {"mode", ColorUtils::RGB_IN_OUT, ColorUtils::SINGLE_CHANNEL_IN_OUT, [](const Fixture &f) { return int(f.mode); },
-     [](Fixture &f, int value) { f.setMode(ColorUtils::IOModeID(value)); }},
-    {"calibrated", 0, 1, [](const Fixture &f) { return int(f.isCalibrated); },
-     [](Fixture &f, int value) { f.isCalibrated = value != 0; }},
-    {"resolution", 1, 2, [](const Fixture &f) { return f.resolution; },
-     [](Fixture &f, int value) { f.resolution = value; }},
-    {"curve", 0, 2, [](const Fixture &f) { return f.curve; }, [](Fixture &f, int value) { f.curve = value; }},
-    {"onboardCurve", 0, 2, [](const Fixture &f) { return f.onboardCurve; },
-     [](Fixture &f, int value) { f.onboardCurve = value; }},
-    {"universe", 0, Fixture::MAX_UNIVERSE, [](const Fixture &f) { return f.universe; },
-     [](Fixture &f, int value) { f.universe = value; }},
-    {"address", 1, Fixture::SLOTS, [](const Fixture &f) { return f.address; },
-     [](Fixture &f, int value) { f.address = value; }},
-};
+constexpr int FIXTURES_A_REPORT = 200; // of progress
 
 ProjectFile::Fault faultAt(const QDomNode &node, const QString &reason)
 {
@@ -75,9 +48,9 @@ ProjectFile::Fault faultOfText(const QByteArray &bytes)
     return {};
 }
 
-bool setNumber(Fixture &fixture, const QDomElement &element, const NumberField &field, ProjectFile::Fault &fault)
+bool setNumber(Fixture &fixture, const QDomElement &element, const FixtureNumber &field, ProjectFile::Fault &fault)
 {
-    const QString attribute = QString::fromLatin1(field.attribute);
+    const QString attribute = QString::fromLatin1(field.name);
     if (!element.hasAttribute(attribute))
         return true;
     bool isNumber = false;
@@ -106,32 +79,17 @@ bool setColor(Fixture &fixture, const QDomElement &element, ProjectFile::Fault &
     return false;
 }
 
-/// What the numbers must be together.
-QString conflictIn(const Fixture &fixture)
-{
-    if (fixture.name.isEmpty())
-        return ProjectFile::tr("The fixture has no name.");
-    if (!ColorUtils::ioModesForHuelockProfileID(fixture.profile).contains(fixture.mode))
-        return ProjectFile::tr("The profile of “%1” has no mode %2.").arg(fixture.name).arg(int(fixture.mode));
-    if (fixture.lastAddress() > Fixture::SLOTS)
-        return ProjectFile::tr("“%1” needs slots up to %2; a universe has %3.")
-            .arg(fixture.name)
-            .arg(fixture.lastAddress())
-            .arg(int(Fixture::SLOTS));
-    return QString();
-}
-
 std::optional<Fixture> fixtureOf(const QDomElement &element, ProjectFile::Fault &fault)
 {
     Fixture fixture;
     fixture.name = element.attribute(QString::fromLatin1(NAME_ATTRIBUTE)).left(Fixture::MAX_NAME_LENGTH);
-    for (const NumberField &field : NUMBER_FIELDS) {
+    for (const FixtureNumber &field : FixtureNumber::ALL) {
         if (!setNumber(fixture, element, field, fault))
             return std::nullopt;
     }
     if (!setColor(fixture, element, fault))
         return std::nullopt;
-    const QString conflict = conflictIn(fixture);
+    const QString conflict = fixture.conflict();
     if (conflict.isEmpty())
         return fixture;
     fault = faultAt(element, conflict);
@@ -139,17 +97,32 @@ std::optional<Fixture> fixtureOf(const QDomElement &element, ProjectFile::Fault 
 }
 
 /// The library would leave out what it cannot read, and the next save lose it.
+ProjectFile::Fault faultOfColor(const QDomElement &color, QSet<QString> &uids)
+{
+    const QString value = color.attribute(QString::fromLatin1(COLOR_VALUE_ATTRIBUTE));
+    if (!TrelColor(value).isValid())
+        return faultAt(color, ProjectFile::tr("“%1” is no colour.").arg(value.left(80)));
+    const QString uid = color.attribute(QString::fromLatin1(COLOR_UID_ATTRIBUTE));
+    if (uid.isEmpty() || TrelColorLibrary::UidAndValueToUid(uid) != uid)
+        return faultAt(color, ProjectFile::tr("“%1” is no uid in braces.").arg(uid.left(80)));
+    if (uids.contains(uid))
+        return faultAt(color, ProjectFile::tr("Two colours have the uid “%1”.").arg(uid.left(80)));
+    uids.insert(uid);
+    return {};
+}
+
 ProjectFile::Fault faultOfColors(const QDomDocument &document)
 {
+    QSet<QString> uids;
     const QDomNodeList lists = document.elementsByTagName(QString::fromLatin1(COLOR_LIBRARY_ROOT));
     for (int i = 0; i < lists.count(); ++i) {
         QDomElement color = lists.at(i).firstChildElement(QString::fromLatin1(COLOR_ROOT_ELEMENT));
         if (color.isNull())
             return faultAt(lists.at(i), ProjectFile::tr("A list of colours is empty."));
         for (; !color.isNull(); color = color.nextSiblingElement(QString::fromLatin1(COLOR_ROOT_ELEMENT))) {
-            const QString value = color.attribute(QString::fromLatin1(COLOR_VALUE_ATTRIBUTE));
-            if (!TrelColor(value).isValid())
-                return faultAt(color, ProjectFile::tr("“%1” is no colour.").arg(value.left(80)));
+            const ProjectFile::Fault fault = faultOfColor(color, uids);
+            if (!fault.reason.isEmpty())
+                return fault;
         }
     }
     return {};
@@ -164,16 +137,21 @@ ProjectFile::Fault faultOfRoot(const QDomElement &root)
     return {};
 }
 
-std::optional<QVector<Fixture>> fixturesOf(const QDomElement &root, ProjectFile::Fault &fault)
+std::optional<QVector<Fixture>> fixturesOf(const QDomElement &root, ProjectFile::Fault &fault,
+                                           const ProjectFile::Progress &progress)
 {
     QVector<Fixture> fixtures;
     const QString tag = QString::fromLatin1(FIXTURE);
-    QDomElement element = root.firstChildElement(QString::fromLatin1(PATCH)).firstChildElement(tag);
+    const QDomElement patch = root.firstChildElement(QString::fromLatin1(PATCH));
+    const int total = patch.childNodes().count();
+    QDomElement element = patch.firstChildElement(tag);
     for (; !element.isNull(); element = element.nextSiblingElement(tag)) {
         const std::optional<Fixture> fixture = fixtureOf(element, fault);
         if (!fixture)
             return std::nullopt;
         fixtures.append(*fixture);
+        if (progress && fixtures.size() % FIXTURES_A_REPORT == 0)
+            progress(int(fixtures.size()), total);
     }
     return fixtures;
 }
@@ -182,15 +160,15 @@ QDomElement elementOf(const Fixture &fixture, QDomDocument &document)
 {
     QDomElement element = document.createElement(QString::fromLatin1(FIXTURE));
     element.setAttribute(QString::fromLatin1(NAME_ATTRIBUTE), fixture.name);
-    for (const NumberField &field : NUMBER_FIELDS)
-        element.setAttribute(QString::fromLatin1(field.attribute), field.get(fixture));
+    for (const FixtureNumber &field : FixtureNumber::ALL)
+        element.setAttribute(QString::fromLatin1(field.name), field.get(fixture));
     element.setAttribute(QString::fromLatin1(COLOR_ATTRIBUTE), QString(fixture.uid + fixture.color.aName()));
     return element;
 }
 
 } // namespace
 
-std::optional<ProjectFile::Content> ProjectFile::read(const QString &path, Fault &fault)
+std::optional<ProjectFile::Content> ProjectFile::read(const QString &path, Fault &fault, const Progress &progress)
 {
     QFile file(path);
     if (QFileInfo::exists(path) && !QFileInfo(path).isFile()) {
@@ -205,10 +183,10 @@ std::optional<ProjectFile::Content> ProjectFile::read(const QString &path, Fault
         fault = {tr("The file is too large for a project."), 0};
         return std::nullopt;
     }
-    return parse(file.readAll(), fault);
+    return parse(file.readAll(), fault, progress);
 }
 
-std::optional<ProjectFile::Content> ProjectFile::parse(const QByteArray &bytes, Fault &fault)
+std::optional<ProjectFile::Content> ProjectFile::parse(const QByteArray &bytes, Fault &fault, const Progress &progress)
 {
     Content content;
     fault = faultOfText(bytes);
@@ -221,7 +199,7 @@ std::optional<ProjectFile::Content> ProjectFile::parse(const QByteArray &bytes, 
         fault = faultOfColors(content.document);
     if (!fault.reason.isEmpty())
         return std::nullopt;
-    const std::optional<QVector<Fixture>> fixtures = fixturesOf(root, fault);
+    const std::optional<QVector<Fixture>> fixtures = fixturesOf(root, fault, progress);
     if (!fixtures)
         return std::nullopt;
     content.fixtures = *fixtures;
@@ -259,7 +237,8 @@ bool ProjectFile::write(const QString &path, const QVector<Fixture> &fixtures, F
 {
     QSaveFile file(path);
     const QByteArray bytes = documentOf(fixtures);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+    // commit() alone does not see it when the last buffer cannot be written.
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() && file.commit())
         return true;
     fault = {file.errorString(), 0};
     return false;

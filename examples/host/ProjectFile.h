@@ -7,6 +7,7 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <optional>
 
 /// Projects on disk: an XML document with the patch and the "Project Swatches". docs/host.md has the grammar.
@@ -32,11 +33,14 @@ public:
         QDomDocument document; ///< with the colour section, for adoptColors()
     };
 
+    /// Told now and then how many of a project's fixtures are read.
+    using Progress = std::function<void(int done, int total)>;
+
     /// Reads the file at \a path, all of it or nothing: then \a fault says why. The library stays as it is.
-    static std::optional<Content> read(const QString &path, Fault &fault);
+    static std::optional<Content> read(const QString &path, Fault &fault, const Progress &progress = Progress());
 
     /// Reads a project out of \a bytes, as read() does.
-    static std::optional<Content> parse(const QByteArray &bytes, Fault &fault);
+    static std::optional<Content> parse(const QByteArray &bytes, Fault &fault, const Progress &progress = Progress());
 
     /// Replaces the library's "Project Swatches" by the colours of \a content.
     static bool adoptColors(Content &content, Fault &fault);

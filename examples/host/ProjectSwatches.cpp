@@ -1,53 +1,32 @@
 #include "ProjectSwatches.h"
 
+#include "SwatchCommands.h"
+
 #include <TrelColorLibrary.h>
 
-#include <QCoreApplication>
-#include <QUndoCommand>
 #include <QUndoStack>
+#include <QUuid>
 
 namespace {
 
-TrelColorLibrary *library()
+TrelColorLibrary &library()
 {
-    return TrelColorLibrary::Instance();
+    return *TrelColorLibrary::Instance();
 }
 
-/// A copy that came into the list, already there when the step is made.
-class ExposeStep : public QUndoCommand
+QModelIndex listIndex()
 {
-public:
-    explicit ExposeStep(const QString &uid)
-        : QUndoCommand(QCoreApplication::translate("ProjectSwatches", "Add Swatch"))
-        , m_uid(uid)
-        , m_color(library()->get(uid))
-    {
-        const QModelIndex swatch = library()->getIndexOfUid(uid);
-        m_name = library()->data(swatch, Qt::EditRole).toString();
-        m_preset = library()->data(swatch, TrelColorLibraryItem::OriginatingPresetRole).toString();
-        m_vendorId = library()->data(swatch, TrelColorLibraryItem::VendorIdRole).toString();
-    }
+    return library().getIndexOfListId(ProjectSwatches::listId());
+}
 
-    void redo() override
-    {
-        if (library()->containsUid(m_uid))
-            return;
-        library()->createColor(m_color, m_uid, ProjectSwatches::listId(), m_preset, m_vendorId);
-        library()->rename(m_uid, m_name, true);
-    }
-
-    void undo() override
-    {
-        library()->remove(m_uid);
-    }
-
-private:
-    QString m_uid;
-    TrelColor m_color;
-    QString m_name;
-    QString m_preset;
-    QString m_vendorId;
-};
+SwatchRecord copyOf(const QString &uid)
+{
+    SwatchRecord copy = SwatchRecord::at(library().getIndexOfUid(uid));
+    copy.originatingPreset = library().pathOfUid(uid);
+    copy.uid = QUuid::createUuid().toString();
+    copy.name = FreeSwatchNames(ProjectSwatches::listId()).take(copy.name);
+    return copy;
+}
 
 } // namespace
 
@@ -56,11 +35,29 @@ QString ProjectSwatches::listId()
     return QStringLiteral("Project Swatches");
 }
 
+// The library's own getExposableUidFromUid() takes a copy in any list for the project's: one in a list of the user's,
+// which the project does not carry, and which may have become another colour since.
+QString ProjectSwatches::exposed(const QString &uid)
+{
+    const QModelIndex list = listIndex();
+    const QModelIndex source = uid.isEmpty() ? QModelIndex() : library().getIndexOfUid(uid);
+    if (source.isValid() && source.parent() == list)
+        return uid;
+    const QString path = source.isValid() ? library().pathOfUid(uid) : QString();
+    for (int row = 0; !path.isEmpty() && row < library().rowCount(list); ++row) {
+        const QModelIndex color = library().index(row, 0, list);
+        if (color.data(TrelColorLibraryItem::OriginatingPresetRole).toString() == path)
+            return color.data(TrelColorLibraryItem::UidRole).toString();
+    }
+    return QString();
+}
+
 QString ProjectSwatches::expose(const QString &uid, QUndoStack *undo)
 {
-    const int before = int(library()->getColorUids(listId()).size());
-    const QString exposed = library()->getExposableUidFromUid(uid);
-    if (library()->getColorUids(listId()).size() > before)
-        undo->push(new ExposeStep(exposed));
-    return exposed;
+    const QString known = exposed(uid);
+    if (!known.isEmpty() || uid.isEmpty() || !library().getIndexOfUid(uid).isValid())
+        return known;
+    const SwatchRecord copy = copyOf(uid);
+    undo->push(new CreateColorsCommand(listId(), library().rowCount(listIndex()), {copy}));
+    return copy.uid;
 }

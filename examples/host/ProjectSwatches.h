@@ -10,6 +10,10 @@ namespace ProjectSwatches {
 /// The list's name.
 QString listId();
 
+/// The uid under which the project has the library's colour \a uid: its own, or that of its copy in the list. Empty
+/// where it has none.
+QString exposed(const QString &uid);
+
 /// The uid under which the project may use the library's colour \a uid: that of its copy in the list, which is made
 /// where there is none, as a step on \a undo. Empty for an unknown uid.
 QString expose(const QString &uid, QUndoStack *undo);

@@ -54,7 +54,7 @@ void RecentFiles::rebuild()
     const QStringList all = paths();
     setEnabled(!all.isEmpty());
     for (int i = 0; i < all.size(); ++i) {
-        const QString path = all.at(i);
+        const QString &path = all.at(i);
         const QString name = QFileInfo(path).completeBaseName().replace('&', QStringLiteral("&&"));
         QAction *action = addAction(QStringLiteral("&%1 %2").arg(QString::number(i + 1), name));
         action->setToolTip(QDir::toNativeSeparators(path));

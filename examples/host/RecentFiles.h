@@ -9,8 +9,9 @@ class RecentFiles : public QMenu
     Q_OBJECT
 
 public:
-    static constexpr int MAX_FILES = 8;
+    static constexpr int MAX_FILES = 8; ///< the oldest make room
 
+    /// The menu with the files of the settings.
     explicit RecentFiles(const QString &title, QWidget *parent = nullptr);
 
     /// Absolute paths.

@@ -1,10 +1,12 @@
 #include "SliderPanel.h"
 
 #include "GradientSlider.h"
+#include "UndoKeys.h"
 
 #include <QDoubleSpinBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -44,15 +46,24 @@ void SliderPanel::clear()
     m_rows.clear();
 }
 
+/// The widget from which Tab leads to the first row; null where there are no rows yet.
+QWidget *SliderPanel::widgetBefore() const
+{
+    QWidget *widget = m_rows.isEmpty() ? nullptr : m_rows.first().slider->previousInFocusChain();
+    while (widget && (widget->focusProxy() || !(widget->focusPolicy() & Qt::TabFocus)))
+        widget = widget->previousInFocusChain();
+    return widget;
+}
+
 void SliderPanel::setFields(const QVector<ColorField> &fields)
 {
+    QWidget *before = widgetBefore();
     clear();
     for (int i = 0; i < fields.size(); ++i) {
         m_rows.append(makeRow(fields.at(i), i));
         showValue(m_rows.last());
     }
     m_layout->setRowStretch(int(fields.size()), 1);
-    QWidget *before = nullptr;
     for (const Row &row : qAsConst(m_rows)) {
         if (before)
             setTabOrder(before, row.slider);
@@ -74,7 +85,9 @@ SliderPanel::Row SliderPanel::makeRow(const ColorField &field, int place)
     number->setDecimals(field.decimals);
     number->setSingleStep(field.step);
     number->setSuffix(field.unit);
-    number->setKeyboardTracking(false); // half a number would flash in the light that it goes to
+    number->setKeyboardTracking(false);                      // half a number would flash in the light that it goes to
+    number->findChild<QLineEdit *>()->setAcceptDrops(false); // a colour that is dropped here is for the editor
+    UndoKeys::leaveToWindow(number);
     number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setBuddy(number);
     for (QWidget *widget : {static_cast<QWidget *>(slider), static_cast<QWidget *>(number)}) {

@@ -17,6 +17,7 @@ class SliderPanel : public QWidget
     Q_OBJECT
 
 public:
+    /// Without rows.
     explicit SliderPanel(QWidget *parent = nullptr);
 
     /// Makes the rows; the values become the fields' minima.
@@ -50,6 +51,7 @@ private:
 
     Row makeRow(const ColorField &field, int place);
     void clear();
+    QWidget *widgetBefore() const;
     void showValue(const Row &row);
     void edit(int place, double value);
     void renewGradients();

@@ -156,23 +156,22 @@ QWidget *SwatchBrowser::createSearchBar()
 void SwatchBrowser::createActions()
 {
     using Browser = SwatchBrowser;
-    addTreeAction(tr("New &List"), QStringLiteral("new-list"), QKeySequence(Qt::CTRL | Qt::Key_L),
-                  &Browser::createList);
+    addTreeAction(tr("New &List"), QStringLiteral("new-list"), QStringLiteral("Ctrl+L"), &Browser::createList);
     addTreeAction(tr("New &Colour"), QStringLiteral("add"), QKeySequence(Qt::Key_Insert), &Browser::createColor);
     addTreeAction(tr("&Rename"), QStringLiteral("rename"), QKeySequence(Qt::Key_F2), &Browser::renameCurrent);
-    addTreeAction(tr("Set to &Edited Colour"), QStringLiteral("recolor"), QKeySequence(Qt::CTRL | Qt::Key_E),
+    addTreeAction(tr("Set to &Edited Colour"), QStringLiteral("recolor"), QStringLiteral("Ctrl+E"),
                   &Browser::recolorSelected);
     addTreeAction(tr("&Delete"), QStringLiteral("remove"), QKeySequence(Qt::Key_Delete), &Browser::deleteSelected);
     m_actions.append(nullptr);
-    addTreeAction(tr("Move &Up"), QString(), QKeySequence(Qt::ALT | Qt::Key_Up), &Browser::moveUp);
-    addTreeAction(tr("Move Do&wn"), QString(), QKeySequence(Qt::ALT | Qt::Key_Down), &Browser::moveDown);
+    addTreeAction(tr("Move &Up"), QString(), QStringLiteral("Alt+Up"), &Browser::moveUp);
+    addTreeAction(tr("Move Do&wn"), QString(), QStringLiteral("Alt+Down"), &Browser::moveDown);
     m_actions.append(nullptr);
     addTreeAction(tr("C&opy"), QString(), QKeySequence(QKeySequence::Copy), &Browser::copySelected);
     addTreeAction(tr("&Paste"), QString(), QKeySequence(QKeySequence::Paste), &Browser::paste);
 }
 
-QAction *SwatchBrowser::addTreeAction(const QString &text, const QString &icon, const QKeySequence &keys,
-                                      void (SwatchBrowser::*slot)())
+void SwatchBrowser::addTreeAction(const QString &text, const QString &icon, const QKeySequence &keys,
+                                  void (SwatchBrowser::*slot)())
 {
     auto *action = new QAction(Theme::icon(icon), text, this);
     action->setShortcut(keys);
@@ -180,7 +179,6 @@ QAction *SwatchBrowser::addTreeAction(const QString &text, const QString &icon, 
     connect(action, &QAction::triggered, this, slot);
     m_tree->addAction(action);
     m_actions.append(action);
-    return action;
 }
 
 QWidget *SwatchBrowser::createToolBar()
@@ -266,8 +264,8 @@ void SwatchBrowser::search(const QString &text)
 
 void SwatchBrowser::refuse(const QString &reason)
 {
-    m_message->warn(reason);
     m_message->show();
+    m_message->warn(reason);
     Q_EMIT refused(reason);
 }
 
@@ -292,14 +290,21 @@ void SwatchBrowser::reveal(const QModelIndex &libraryIndex)
 void SwatchBrowser::select(const QStringList &uids)
 {
     m_tree->clearSelection();
+    QModelIndexList found;
     for (const QString &uid : uids) {
         const QModelIndex color = library().getIndexOfUid(uid);
-        if (!color.isValid())
-            continue;
-        reveal(color);
-        m_tree->selectionModel()->select(m_filter->fromLibrary(color),
-                                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        if (color.isValid())
+            found.append(color);
     }
+    if (found.isEmpty())
+        return;
+    const auto isHidden = [this](const QModelIndex &color) { return !m_filter->fromLibrary(color).isValid(); };
+    const auto hidden = std::find_if(found.cbegin(), found.cend(), isHidden);
+    reveal(hidden == found.cend() ? found.last() : *hidden);
+    QItemSelection colors;
+    for (const QModelIndex &color : qAsConst(found))
+        colors.select(m_filter->fromLibrary(color), m_filter->fromLibrary(color));
+    m_tree->selectionModel()->select(colors, QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
 
 QVector<SwatchPlace> SwatchBrowser::selectedPlaces() const
@@ -353,7 +358,7 @@ void SwatchBrowser::createColor()
     SwatchRecord record;
     record.uid = newUid();
     record.color = m_edited;
-    record.name = freeSwatchName(tr("Colour"), listName);
+    record.name = FreeSwatchNames(listName).take(tr("Colour"));
     auto *create = new CreateColorsCommand(listName, list.isValid() ? rowBehindCurrent(list) : END, {record});
     if (list.isValid()) {
         push(create);
@@ -547,7 +552,7 @@ void SwatchBrowser::onDropped(const QMimeData *mime, const QModelIndex &list, in
 void SwatchBrowser::insertCopies(const QMimeData *mime, const QString &list, int row)
 {
     QVector<SwatchRecord> records;
-    QStringList names;
+    FreeSwatchNames names(list);
     QStringList uids;
     const QStringList known = ColorMime::uidsOf(mime);
     const QVector<NamedColor> colors = ColorMime::colorsOf(mime);
@@ -560,8 +565,7 @@ void SwatchBrowser::insertCopies(const QMimeData *mime, const QString &list, int
             record.name = colors.at(i).name;
         }
         record.color = colors.at(i).color;
-        record.name = freeSwatchName(record.name.isEmpty() ? tr("Colour") : record.name, list, names);
-        names.append(record.name);
+        record.name = names.take(record.name.isEmpty() ? tr("Colour") : record.name);
         uids.append(record.uid);
         records.append(record);
     }

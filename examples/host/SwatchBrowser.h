@@ -75,8 +75,8 @@ private:
     QWidget *createSearchBar();
     QWidget *createToolBar();
     void createActions();
-    QAction *addTreeAction(const QString &text, const QString &icon, const QKeySequence &keys,
-                           void (SwatchBrowser::*slot)());
+    void addTreeAction(const QString &text, const QString &icon, const QKeySequence &keys,
+                       void (SwatchBrowser::*slot)());
     void showMenu(const QPoint &position);
     void activate(const QModelIndex &index);
     void search(const QString &text);

@@ -1,11 +1,15 @@
 #include "SwatchCommands.h"
 
+#include "LibraryBatch.h"
+
 #include <TrelColorLibrary.h>
 
 #include <QCoreApplication>
+#include <QMap>
 #include <QSet>
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <tuple>
 
@@ -45,29 +49,6 @@ public:
         return count == 1 ? tr("Change Colour") : tr("Change %n Colours", nullptr, count);
     }
 };
-
-/// The library's batch, as long as one of these lives.
-class Batch
-{
-public:
-    Batch()
-    {
-        if (s_open++ == 0)
-            library().setEditingMultipleColors(true);
-    }
-    Batch(const Batch &) = delete;
-    Batch &operator=(const Batch &) = delete;
-    ~Batch()
-    {
-        if (--s_open == 0)
-            library().setEditingMultipleColors(false);
-    }
-
-private:
-    static int s_open;
-};
-
-int Batch::s_open = 0;
 
 void writeText(const QModelIndex &index, int role, const QString &text)
 {
@@ -148,14 +129,20 @@ void insert(const QString &listId, int row, const QVector<SwatchRecord> &records
         append(listId, record);
 }
 
-/// \return whether there was such a colour.
-bool remove(const QString &listId, const QString &uid, int guess)
+/// Removes rows of a list, neighbouring ones in one go.
+void removeRows(const QString &listId, QVector<int> rows)
 {
-    const QModelIndex list = library().getIndexOfListId(listId);
-    const int row = rowOf(list, uid, guess);
-    if (row >= 0)
-        library().removeRows(row, 1, list);
-    return row >= 0;
+    std::sort(rows.begin(), rows.end(), std::greater<int>()); // so that the rows of the others stay
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    for (int i = 0; i < rows.size();) {
+        const int last = rows.at(i);
+        int count = 0;
+        while (i < rows.size() && rows.at(i) == last - count) {
+            ++count;
+            ++i;
+        }
+        library().removeRows(last - count + 1, count, library().getIndexOfListId(listId));
+    }
 }
 
 bool isBefore(const SwatchPlace &a, const SwatchPlace &b)
@@ -163,27 +150,32 @@ bool isBefore(const SwatchPlace &a, const SwatchPlace &b)
     return std::tie(a.list, a.row) < std::tie(b.list, b.row);
 }
 
-/// Removes colours from the last one on, so that the rows of the others stay.
 /// \return those that were there, sorted as before.
 QVector<SwatchPlace> removeAll(const QVector<SwatchPlace> &sorted)
 {
+    QMap<QString, QVector<int>> rows;
     QVector<SwatchPlace> removed;
-    std::for_each(sorted.crbegin(), sorted.crend(), [&](const SwatchPlace &place) {
-        if (remove(place.list, place.record.uid, place.row))
-            removed.append(place);
-    });
-    std::reverse(removed.begin(), removed.end());
+    for (const SwatchPlace &place : sorted) {
+        const int row = rowOf(library().getIndexOfListId(place.list), place.record.uid, place.row);
+        if (row < 0)
+            continue;
+        rows[place.list].append(row);
+        removed.append(place);
+    }
+    for (auto entry = rows.cbegin(); entry != rows.cend(); ++entry)
+        removeRows(entry.key(), entry.value());
     return removed;
 }
 
 /// Removes colours that stand one behind the other. \return the uids of those that were there.
 QSet<QString> removeRun(const QString &list, int first, const QVector<SwatchRecord> &records)
 {
+    QVector<SwatchPlace> places;
+    for (const SwatchRecord &record : records)
+        places.append({list, first + int(places.size()), record});
     QSet<QString> removed;
-    for (int i = int(records.size()) - 1; i >= 0; --i) {
-        if (remove(list, records.at(i).uid, first + i))
-            removed.insert(records.at(i).uid);
-    }
+    for (const SwatchPlace &place : removeAll(places))
+        removed.insert(place.record.uid);
     return removed;
 }
 
@@ -266,13 +258,13 @@ SwatchCommand::SwatchCommand(const QString &text)
 
 void SwatchCommand::redo()
 {
-    const Batch batch;
+    const LibraryBatch batch;
     apply();
 }
 
 void SwatchCommand::undo()
 {
-    const Batch batch;
+    const LibraryBatch batch;
     revert();
 }
 
@@ -442,7 +434,7 @@ MoveColorsCommand::MoveColorsCommand(const QVector<SwatchPlace> &colors, const Q
     , m_list(list)
     , m_row(row)
 {
-    QStringList taken;
+    FreeSwatchNames names(list);
     QSet<QString> fromHere;
     for (const SwatchPlace &place : qAsConst(m_colors)) {
         if (place.list == list && place.row < row)
@@ -453,8 +445,7 @@ MoveColorsCommand::MoveColorsCommand(const QVector<SwatchPlace> &colors, const Q
     for (const SwatchPlace &place : colors) { // in the order in which they were chosen
         SwatchRecord record = place.record;
         if (!fromHere.contains(record.uid))
-            record.name = freeSwatchName(record.name, list, taken);
-        taken.append(record.name);
+            record.name = names.take(record.name);
         m_moved.append(record);
     }
 }
@@ -499,14 +490,21 @@ void RecolorCommand::revert()
         writeColor(place, place.record.color);
 }
 
-QString freeSwatchName(const QString &name, const QString &list, const QStringList &taken)
+FreeSwatchNames::FreeSwatchNames(const QString &list)
+{
+    const QModelIndex index = library().getIndexOfListId(list);
+    for (int row = 0; index.isValid() && row < library().rowCount(index); ++row)
+        m_taken.insert(library().index(row, 0, index).data(Qt::EditRole).toString());
+}
+
+QString FreeSwatchNames::take(const QString &name)
 {
     const QString base = name.isEmpty() ? Text::tr("Colour") : name;
-    const auto isTaken = [&](const QString &candidate) {
-        return taken.contains(candidate) || library().nameExists(candidate, list);
-    };
     QString candidate = base;
-    for (int number = 2; isTaken(candidate); ++number)
-        candidate = QStringLiteral("%1 %2").arg(base, QString::number(number));
+    int &number = m_numbers[base];
+    number = qMax(number, 1);
+    while (m_taken.contains(candidate))
+        candidate = QStringLiteral("%1 %2").arg(base, QString::number(++number));
+    m_taken.insert(candidate);
     return candidate;
 }

@@ -2,6 +2,8 @@
 
 #include <TrelColor.h>
 
+#include <QHash>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QUndoCommand>
@@ -52,6 +54,7 @@ protected:
 class SwatchCommandGroup : public SwatchCommand
 {
 public:
+    /// \param text what menus call it.
     explicit SwatchCommandGroup(const QString &text);
     ~SwatchCommandGroup() override;
 
@@ -85,6 +88,7 @@ private:
 class DeleteListsCommand : public SwatchCommand
 {
 public:
+    /// \param names of user lists.
     explicit DeleteListsCommand(const QStringList &names);
 
 protected:
@@ -122,6 +126,7 @@ private:
 class MoveListCommand : public SwatchCommand
 {
 public:
+    /// \param row among all lists, where it stands afterwards.
     MoveListCommand(const QString &name, int row);
 
 protected:
@@ -156,6 +161,7 @@ private:
 class DeleteColorsCommand : public SwatchCommand
 {
 public:
+    /// \param colors of lists that can be modified.
     explicit DeleteColorsCommand(const QVector<SwatchPlace> &colors);
 
 protected:
@@ -205,6 +211,7 @@ private:
 class RecolorCommand : public SwatchCommand
 {
 public:
+    /// \param colors of lists that can be modified.
     RecolorCommand(const QVector<SwatchPlace> &colors, const TrelColor &color);
 
 protected:
@@ -216,5 +223,17 @@ private:
     TrelColor m_color;
 };
 
-/// \a name, or the first of "name 2", "name 3", … that neither a colour of \a list nor \a taken has.
-QString freeSwatchName(const QString &name, const QString &list, const QStringList &taken = {});
+/// Names for new colours of a list, each given once.
+class FreeSwatchNames
+{
+public:
+    /// For a list of the library, or one that is about to come.
+    explicit FreeSwatchNames(const QString &list);
+
+    /// \a name ("Colour" for none), or the first of "name 2", "name 3", … that is free; it is taken from now on.
+    QString take(const QString &name);
+
+private:
+    QSet<QString> m_taken;
+    QHash<QString, int> m_numbers; ///< last one tried, by name
+};

@@ -1,6 +1,7 @@
 #include "SwatchTree.h"
 
 #include "ColorMime.h"
+#include "Drops.h"
 #include "SwatchFilter.h"
 
 #include <TrelColorLibrary.h>
@@ -73,15 +74,6 @@ protected:
 private:
     SwatchTree *m_tree;
 };
-
-QPoint positionOf(const QDropEvent &event)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    return event.position().toPoint();
-#else
-    return event.pos();
-#endif
-}
 
 Qt::KeyboardModifiers modifiersOf(const QDropEvent &event)
 {
@@ -180,7 +172,7 @@ void SwatchTree::dragEnterEvent(QDragEnterEvent *event)
 void SwatchTree::dragMoveEvent(QDragMoveEvent *event)
 {
     QTreeView::dragMoveEvent(event); // scrolls and opens lists; it refuses, since the library names no formats
-    const Target target = targetAt(positionOf(*event));
+    const Target target = targetAt(Drops::positionOf(event));
     m_mark = target.mark;
     viewport()->update();
     if (target.list.isValid() && ColorMime::canRead(event->mimeData()))
@@ -202,7 +194,7 @@ void SwatchTree::dropEvent(QDropEvent *event)
     setState(NoState);
     m_mark = QRect();
     viewport()->update();
-    const Target target = targetAt(positionOf(*event));
+    const Target target = targetAt(Drops::positionOf(event));
     if (!target.list.isValid() || !ColorMime::canRead(event->mimeData())) {
         event->ignore();
         return;

@@ -7,6 +7,7 @@
 /// How the program looks. Surfaces are neutral grey, so that no tint of theirs changes how a colour is seen.
 namespace Theme {
 
+/// A look of the whole program; the numbers are those of the settings.
 enum Variant : int { Dark = 0, Light = 1 };
 
 /// Gives the application the variant's palette and style sheet; windows that are open follow.

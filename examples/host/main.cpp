@@ -80,7 +80,8 @@ void translateApplication()
     };
     for (const auto &catalogue : catalogues) {
         auto *translator = new QTranslator(qApp);
-        if (translator->load(QLocale(), catalogue.first, QStringLiteral("_"), catalogue.second))
+        // By the locale's name: by its list of languages, English, which needs no catalogue, would be passed over.
+        if (translator->load(catalogue.first + QLatin1Char('_') + QLocale().name(), catalogue.second))
             QApplication::installTranslator(translator);
     }
 }

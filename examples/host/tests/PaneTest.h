@@ -14,6 +14,7 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
 Q_DECLARE_METATYPE(TrelColor)
@@ -33,8 +34,20 @@ inline void beforeApplication()
 inline void prepare()
 {
     qRegisterMetaType<TrelColor>("TrelColor");
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    // Without a window manager, the display warns of a window that is given the keyboard before it is there.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false\nqt.qpa.xcb.warning=false"));
     Theme::apply(Theme::Dark);
+}
+
+/// Names of the colours of a list of the library, in order.
+inline QStringList namesIn(const QString &list)
+{
+    const TrelColorLibrary *library = TrelColorLibrary::Instance();
+    QStringList names;
+    const QModelIndex index = library->getIndexOfListId(list);
+    for (int row = 0; row < library->rowCount(index); ++row)
+        names.append(library->index(row, 0, index).data().toString());
+    return names;
 }
 
 /// Moves the mouse to \a place with the left button held.
@@ -44,7 +57,7 @@ inline void dragTo(QWidget &widget, QPoint place)
     QCoreApplication::sendEvent(&widget, &move);
 }
 
-/// Holds what a widget gives away when it is dragged by the mouse; the platform of the tests ends each drag at once.
+/// Holds what a widget gives away when it is dragged by the mouse, and ends each drag where it began.
 class DragWatch : public QObject
 {
 public:
@@ -63,19 +76,38 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         if (event->type() == QEvent::ChildAdded)
-            m_child = static_cast<QChildEvent *>(event)->child();
+            watch(static_cast<QChildEvent *>(event)->child());
         return QObject::eventFilter(watched, event);
     }
 
 private:
+    void watch(QObject *child)
+    {
+        m_child = child;
+        QTimer::singleShot(0, this, &QDrag::cancel); // in the event loop of the drag
+    }
+
     QPointer<QObject> m_child;
 };
 
-/// Drags \a data over \a place and, where it is taken, drops it. \return whether the drop was taken.
-inline bool drop(QWidget &widget, QPoint place, const QMimeData &data,
+/// The widget that a drag over \a place of \a window is for, as Qt finds it; \a place becomes one of that widget.
+inline QWidget *takerAt(QWidget &window, QPoint &place)
+{
+    QWidget *taker = window.childAt(place);
+    while (taker && taker != &window && !taker->acceptDrops())
+        taker = taker->parentWidget();
+    if (!taker)
+        return &window;
+    place = taker->mapFrom(&window, place);
+    return taker;
+}
+
+/// Drags \a data over \a place of \a window and, where it is taken, drops it. \return whether the drop was taken.
+inline bool drop(QWidget &window, QPoint place, const QMimeData &data,
                  Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction,
                  Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {
+    QWidget &widget = *takerAt(window, place);
     QDragEnterEvent enter(place, actions, &data, Qt::LeftButton, modifiers);
     QCoreApplication::sendEvent(&widget, &enter);
     QDragMoveEvent move(place, actions, &data, Qt::LeftButton, modifiers);
@@ -111,7 +143,8 @@ inline bool takePictures(QWidget &widget, const QString &name)
         QCoreApplication::processEvents();
         const QImage image = widget.grab().toImage();
         const QString variantName = variant == Theme::Dark ? QStringLiteral("dark") : QStringLiteral("light");
-        isDrawn = isDrawn && image.save(QStringLiteral(TREL_SCREENSHOTS "/%1-%2.png").arg(name, variantName));
+        const QString scale = widget.devicePixelRatioF() > 1 ? QStringLiteral("@2x") : QString();
+        isDrawn = isDrawn && image.save(QStringLiteral(TREL_SCREENSHOTS "/%1-%2%3.png").arg(name, variantName, scale));
         QImage blank = image;
         blank.fill(image.pixelColor(0, 0));
         isDrawn = isDrawn && image != blank;

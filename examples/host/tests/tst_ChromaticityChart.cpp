@@ -13,6 +13,8 @@
 #include <cmath>
 #include <memory>
 
+#include "../../../cli/SpectralLocus.h"
+
 /// The chart and the strip under mouse and keyboard.
 class tst_ChromaticityChart : public TrelTest
 {
@@ -26,6 +28,7 @@ private Q_SLOTS:
     void placesAndChromaticities();
     void clickAndDragPick();
     void picksStayInTheLight();
+    void lightEndsAtTheSpectralLocus();
     void keysMove();
     void luminanceAndAlphaStay();
     void settingDoesNotEmit();
@@ -36,6 +39,7 @@ private Q_SLOTS:
     void stripPicks();
     void stripByKeyboard();
     void stripKeepsTheTint();
+    void stripKeepsTheTintBackAndForth();
     void stripWithoutATemperature();
     void pictures();
 
@@ -53,6 +57,17 @@ namespace {
 double distanceOf(const TrelColor &color, double x, double y)
 {
     return std::hypot(color.getx() - x, color.gety() - y);
+}
+
+/// 3200 K with the tint 8000.
+TrelColor tintedWhite()
+{
+    double x = 0;
+    double y = 0;
+    CCTUtils::getxyFromCCTAndTint(3200, 8000, x, y);
+    TrelColor color;
+    color.setYxyF(0.7, x, y);
+    return color;
 }
 
 /// Half a pixel of the chart in these tests, and what is lost by rounding twice.
@@ -147,6 +162,27 @@ void tst_ChromaticityChart::picksStayInTheLight()
         QVERIFY(light.x() > 0 && light.y() > 0 && light.x() + light.y() <= 1.0);
     }
     QCOMPARE(VisibleLight::nearest({0.3, 0.3}), QPointF(0.3, 0.3));
+}
+
+void tst_ChromaticityChart::lightEndsAtTheSpectralLocus()
+{
+    const QPolygonF border = VisibleLight::outline();
+    const QVector<SpectralColor> locus = spectralLocus();
+    for (const SpectralColor &light : locus) {
+        double least = 1.0;
+        for (int i = 0; i < border.size(); ++i) {
+            QPointF closest;
+            const QPointF &next = border.at((i + 1) % border.size());
+            least = std::min(least, ColorUtils::minDistance(border.at(i), next, light.xy, closest));
+        }
+        QVERIFY2(least <= 0.0012, qPrintable(QString("%1 nm: %2").arg(light.wavelength).arg(least)));
+    }
+    for (const QPointF &corner : border) {
+        const bool isOnLocus = std::any_of(locus.cbegin(), locus.cend(), [&corner](const SpectralColor &light) {
+            return std::hypot(light.xy.x() - corner.x(), light.xy.y() - corner.y()) <= 0.0001;
+        });
+        QVERIFY2(isOnLocus, qPrintable(QString("%1, %2").arg(corner.x()).arg(corner.y())));
+    }
 }
 
 void tst_ChromaticityChart::keysMove()
@@ -290,14 +326,9 @@ void tst_ChromaticityChart::stripByKeyboard()
 
 void tst_ChromaticityChart::stripKeepsTheTint()
 {
-    double x = 0;
-    double y = 0;
-    CCTUtils::getxyFromCCTAndTint(3200, 8000, x, y);
-    TrelColor color;
-    color.setYxyF(0.7, x, y);
     CctStrip strip;
     QSignalSpy spy(&strip, &CctStrip::colorChanged);
-    strip.setColor(color);
+    strip.setColor(tintedWhite());
     QCOMPARE(int(spy.size()), 0);
     QVERIFY(std::abs(strip.value() - 3200) <= 10);
     strip.setValue(5000);
@@ -306,6 +337,22 @@ void tst_ChromaticityChart::stripKeepsTheTint()
     CCTUtils::getCCTAndTintFromxy(strip.color().getx(), strip.color().gety(), cct, tint);
     QVERIFY(std::abs(tint - 8000) < 100);
     QVERIFY(std::abs(cct - 5000) <= 10);
+}
+
+/// As in the window, which gives back what the strip has picked.
+void tst_ChromaticityChart::stripKeepsTheTintBackAndForth()
+{
+    CctStrip strip;
+    strip.setColor(tintedWhite());
+    connect(&strip, &CctStrip::colorChanged, &strip, &CctStrip::setColor);
+    for (int i = 0; i < 500; ++i) {
+        strip.setValue(i % 2 == 0 ? 2800 : 4100);
+        QCOMPARE(strip.value(), i % 2 == 0 ? 2800 : 4100);
+    }
+    int cct = 0;
+    int tint = 0;
+    CCTUtils::getCCTAndTintFromxy(strip.color().getx(), strip.color().gety(), cct, tint);
+    QVERIFY2(std::abs(tint - 8000) < 100, qPrintable(QString::number(tint)));
 }
 
 void tst_ChromaticityChart::stripWithoutATemperature()

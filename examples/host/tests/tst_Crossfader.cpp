@@ -1,7 +1,6 @@
 #include "ColorMime.h"
 #include "ColorSlot.h"
 #include "Crossfader.h"
-#include "Drags.h"
 #include "Fixture.h"
 #include "PaneTest.h"
 
@@ -26,8 +25,10 @@ private Q_SLOTS:
     void stopsWhereItIs();
     void handsOverToTheHand();
     void fadesAtOnceInNoTime();
+    void fadesByTheClock();
     void slotsTakeColors();
     void slotsTakeTheCurrentColor();
+    void pictures();
 
 private:
     QSlider *slider() const;
@@ -80,8 +81,8 @@ QPoint tst_Crossfader::handle(double position) const
 void tst_Crossfader::blendsByHand()
 {
     QTest::mousePress(slider(), Qt::LeftButton, Qt::NoModifier, handle(0.0));
-    Drags::move(slider(), handle(0.25));
-    Drags::move(slider(), handle(0.5));
+    PaneTest::dragTo(*slider(), handle(0.25));
+    PaneTest::dragTo(*slider(), handle(0.5));
     QCOMPARE(m_started->size(), 1);
     QVERIFY(m_moved->size() >= 2);
     QVERIFY(m_finished->isEmpty());
@@ -155,7 +156,7 @@ void tst_Crossfader::handsOverToTheHand()
     m_fader->advance(500000);
     QTest::mousePress(slider(), Qt::LeftButton, Qt::NoModifier, handle(0.5));
     QVERIFY(!m_fader->isRunning());
-    Drags::move(slider(), handle(0.1));
+    PaneTest::dragTo(*slider(), handle(0.1));
     QTest::mouseRelease(slider(), Qt::LeftButton, Qt::NoModifier, handle(0.1));
     QCOMPARE(m_started->size(), 1); // it is one movement
     QCOMPARE(m_finished->size(), 1);
@@ -171,15 +172,35 @@ void tst_Crossfader::fadesAtOnceInNoTime()
     QCOMPARE(m_finished->size(), 1);
 }
 
+void tst_Crossfader::fadesByTheClock()
+{
+    m_fader->findChild<QDoubleSpinBox *>()->setValue(0.3);
+    QTest::mouseClick(button(), Qt::LeftButton);
+    QVERIFY(m_fader->isRunning());
+    QTRY_COMPARE(m_finished->size(), 1);
+    QVERIFY(!m_fader->isRunning());
+    QCOMPARE(m_started->size(), 1);
+    QVERIFY2(m_moved->size() > 3, "the light goes there step by step");
+    const TrelColor last = m_moved->last().first().value<TrelColor>();
+    QVERIFY(isSameColor(last.toRgb16(true), TrelColor("white")));
+    QVERIFY(isSameColor(m_finished->first().first().value<TrelColor>(), last));
+}
+
 void tst_Crossfader::slotsTakeColors()
 {
     const std::unique_ptr<QMimeData> data(ColorMime::fromColors({{TrelColor("#ff0000"), "Red"}}));
-    QVERIFY(Drags::drop(colorSlot(0), QPoint(5, 5), data.get()));
+    QVERIFY(PaneTest::drop(*colorSlot(0), QPoint(5, 5), *data));
     QVERIFY(isSameColor(colorSlot(0)->color(), TrelColor("#ff0000")));
     QVERIFY(isSameColor(m_fader->color().toRgb16(true), TrelColor("#ff0000")));
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(colorSlot(0), &enter);
+    QDropEvent move(QPoint(5, 5), Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    move.setDropAction(Qt::MoveAction);
+    QCoreApplication::sendEvent(colorSlot(0), &move);
+    QCOMPARE(move.dropAction(), Qt::CopyAction); // the source keeps its own
     QMimeData noColor;
     noColor.setText("tea");
-    QVERIFY(!Drags::drop(colorSlot(0), QPoint(5, 5), &noColor));
+    QVERIFY(!PaneTest::drop(*colorSlot(0), QPoint(5, 5), noColor));
 }
 
 void tst_Crossfader::slotsTakeTheCurrentColor()
@@ -191,6 +212,18 @@ void tst_Crossfader::slotsTakeTheCurrentColor()
     colorSlot(0)->setFocus();
     QTest::keyClick(colorSlot(0), Qt::Key_Space);
     QVERIFY(isSameColor(colorSlot(0)->color(), TrelColor("#00ff00")));
+}
+
+void tst_Crossfader::pictures()
+{
+    QVERIFY(PaneTest::takePictures(*m_fader, "crossfader"));
+    colorSlot(0)->setColor(TrelColor("#ff9329"));
+    colorSlot(1)->setColor(TrelColor("#0f4fa8"));
+    slider()->setValue(slider()->maximum() / 2);
+    m_fader->findChild<QDoubleSpinBox *>()->setValue(3600.0); // so that it stays about there
+    QTest::mouseClick(button(), Qt::LeftButton);
+    QVERIFY(m_fader->isRunning());
+    QVERIFY(PaneTest::takePictures(*m_fader, "crossfader-running"));
 }
 
 PANE_TEST_MAIN(tst_Crossfader)

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void opensAgainWhenTheDaemonComesBack();
     void triesAgainOnlyNowAndThen();
     void reportsDeadUniverses();
+    void darkensWhatLeftWhileItWasOff();
     void runsByItself();
 
 private:
@@ -184,6 +185,20 @@ void tst_DmxOutput::reportsDeadUniverses()
     QVERIFY(m_output->status().deadUniverses.isEmpty());
 }
 
+void tst_DmxOutput::darkensWhatLeftWhileItWasOff()
+{
+    addFixture(1, 1, "red");
+    addFixture(2, 1, "red");
+    m_output->setEnabled(true);
+    sendFrames(1);
+    m_output->setEnabled(false);
+    m_patch->remove({1});
+    QCOMPARE(m_daemon.last(2).left(1), QByteArray("\xff", 1));
+    m_output->setEnabled(true);
+    sendFrames(1);
+    QCOMPARE(m_daemon.last(2), QByteArray(Fixture::SLOTS, '\0'));
+}
+
 void tst_DmxOutput::runsByItself()
 {
     addFixture(1, 1, "red");
@@ -191,7 +206,7 @@ void tst_DmxOutput::runsByItself()
     QTRY_VERIFY(m_daemon.packets.size() >= 3);
     m_output->setEnabled(false);
     const int sent = int(m_daemon.packets.size());
-    QCoreApplication::processEvents();
+    QTest::qWait(5 * 1000 / DmxOutput::FRAMES_PER_SECOND); // frames
     QCOMPARE(int(m_daemon.packets.size()), sent);
 }
 

@@ -1,7 +1,7 @@
 #include "ColorMime.h"
-#include "Drags.h"
 #include "FixtureTable.h"
 #include "PaneTest.h"
+#include "Theme.h"
 
 #include <QClipboard>
 #include <QComboBox>
@@ -9,6 +9,7 @@
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QUndoStack>
+#include <QVBoxLayout>
 
 class tst_FixtureTable : public TrelTest
 {
@@ -21,6 +22,7 @@ protected:
 private Q_SLOTS:
     void typesANumber();
     void refusesATypedNumber();
+    void typingOutlastsAFade();
     void choosesFromAList();
     void choosesForAllSelectedRows();
     void namesOneRowOnly();
@@ -32,10 +34,14 @@ private Q_SLOTS:
     void keepsUidsOfTheLibrary();
     void copiesAndPastes();
     void asksForRemoval();
+    void barsFollowTheLight();
+    void tabLeavesTheTable();
+    void pictures();
 
 private:
     QPoint placeOf(int row, int column = 0) const;
     void beginEditing(int row, Patch::Column column);
+    int barPixels(int row, QChar channel) const;
     template <typename Editor>
     Editor *editor() const;
 
@@ -80,6 +86,20 @@ void tst_FixtureTable::beginEditing(int row, Patch::Column column)
     QTest::keyClick(m_table.get(), Qt::Key_F2);
 }
 
+/// How many pixels the bar of this channel has in the colour of its kind.
+int tst_FixtureTable::barPixels(int row, QChar channel) const
+{
+    const QRect cell = m_table->visualRect(m_patch->index(row, Patch::OutputColumn));
+    const QImage picture = m_table->viewport()->grab(cell).toImage();
+    const QRgb color = Theme::channelColor(channel).rgb();
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            count += picture.pixel(x, y) == color ? 1 : 0;
+    }
+    return count;
+}
+
 template <typename Editor>
 Editor *tst_FixtureTable::editor() const
 {
@@ -109,6 +129,19 @@ void tst_FixtureTable::refusesATypedNumber()
     QTest::keyClick(box, Qt::Key_Return);
     QTRY_COMPARE(refusals.size(), 1);
     QCOMPARE(m_patch->fixtures().at(1).address, 5);
+}
+
+void tst_FixtureTable::typingOutlastsAFade()
+{
+    beginEditing(1, Patch::AddressColumn);
+    auto *box = editor<QSpinBox>();
+    QVERIFY(box);
+    box->selectAll();
+    QTest::keyClicks(box, "3");
+    m_patch->setLive(m_patch->idsOf({1}), TrelColor("#102030"));
+    QTest::keyClicks(box, "00");
+    QTest::keyClick(box, Qt::Key_Return);
+    QTRY_COMPARE(m_patch->fixtures().at(1).address, 300);
 }
 
 void tst_FixtureTable::choosesFromAList()
@@ -154,7 +187,7 @@ void tst_FixtureTable::namesOneRowOnly()
 
 void tst_FixtureTable::selectsWithTheMouse()
 {
-    QSignalSpy changes(m_table.get(), &FixtureTable::selectionChangedByUser);
+    QSignalSpy changes(m_table.get(), &FixtureTable::selectedRowsChanged);
     QTest::mouseClick(m_table->viewport(), Qt::LeftButton, Qt::NoModifier, placeOf(2));
     QTest::mouseClick(m_table->viewport(), Qt::LeftButton, Qt::ControlModifier, placeOf(0));
     QCOMPARE(m_table->selectedRows(), (QVector<int>{0, 2}));
@@ -185,7 +218,7 @@ void tst_FixtureTable::takesDrops()
     const QVector<NamedColor> all = {{TrelColor("red"), "A"}, {TrelColor("#00ff00"), "B"}, {TrelColor("blue"), "C"}};
     const std::unique_ptr<QMimeData> data(ColorMime::fromColors(all.mid(0, colors)));
     const QPoint place = row < 0 ? m_table->viewport()->rect().bottomLeft() + QPoint(5, -5) : placeOf(row);
-    QVERIFY(Drags::drop(m_table->viewport(), place, data.get()));
+    QVERIFY(PaneTest::drop(*m_table->viewport(), place, *data));
     QCOMPARE(drops.size(), 1);
     QTEST(drops.first().at(0).value<QVector<int>>(), "targets");
     QCOMPARE(int(drops.first().at(1).value<QVector<TrelColor>>().size()), colors);
@@ -196,10 +229,10 @@ void tst_FixtureTable::takesAColorOfAnotherProgram()
     QSignalSpy drops(m_table.get(), &FixtureTable::colorsDropped);
     QMimeData text;
     text.setText("#336699");
-    QVERIFY(Drags::drop(m_table->viewport(), placeOf(0), &text));
+    QVERIFY(PaneTest::drop(*m_table->viewport(), placeOf(0), text));
     QMimeData color;
     color.setColorData(QColor("#336699"));
-    QVERIFY(Drags::drop(m_table->viewport(), placeOf(0), &color));
+    QVERIFY(PaneTest::drop(*m_table->viewport(), placeOf(0), color));
     QCOMPARE(drops.size(), 2);
     for (const QList<QVariant> &drop : qAsConst(drops))
         QCOMPARE(drop.at(1).value<QVector<TrelColor>>().first().name8(), QString("#336699"));
@@ -210,15 +243,15 @@ void tst_FixtureTable::refusesOtherDrags()
     QSignalSpy drops(m_table.get(), &FixtureTable::colorsDropped);
     QMimeData noColor;
     noColor.setText("a cup of tea");
-    QVERIFY(!Drags::drop(m_table->viewport(), placeOf(0), &noColor));
+    QVERIFY(!PaneTest::drop(*m_table->viewport(), placeOf(0), noColor));
     QMimeData picture;
     picture.setData("image/png", "…");
-    QVERIFY(!Drags::drop(m_table->viewport(), placeOf(0), &picture));
+    QVERIFY(!PaneTest::drop(*m_table->viewport(), placeOf(0), picture));
     QMimeData color;
     color.setText("#336699");
-    QVERIFY(!Drags::drop(m_table->viewport(), m_table->viewport()->rect().bottomLeft() + QPoint(5, -5), &color));
+    QVERIFY(!PaneTest::drop(*m_table->viewport(), m_table->viewport()->rect().bottomLeft() + QPoint(5, -5), color));
     m_patch->reset({});
-    QVERIFY(!Drags::drop(m_table->viewport(), QPoint(5, 5), &color));
+    QVERIFY(!PaneTest::drop(*m_table->viewport(), QPoint(5, 5), color));
     QVERIFY(drops.isEmpty());
 }
 
@@ -229,7 +262,7 @@ void tst_FixtureTable::keepsUidsOfTheLibrary()
     const QString uid = library->createColorWithName(TrelColor("orange"), "Dawn", QString(), "Mine", QString());
     const std::unique_ptr<QMimeData> data(ColorMime::fromLibrary({library->getIndexOfUid(uid)}));
     QSignalSpy drops(m_table.get(), &FixtureTable::colorsDropped);
-    QVERIFY(Drags::drop(m_table->viewport(), placeOf(0), data.get()));
+    QVERIFY(PaneTest::drop(*m_table->viewport(), placeOf(0), *data));
     QCOMPARE(drops.first().at(2).toStringList(), QStringList{uid});
 }
 
@@ -255,6 +288,61 @@ void tst_FixtureTable::asksForRemoval()
     m_table->selectRows({1});
     QTest::keyClick(m_table.get(), Qt::Key_Delete);
     QCOMPARE(requests.size(), 1);
+}
+
+void tst_FixtureTable::barsFollowTheLight()
+{
+    const QChar red('R');
+    QCOMPARE(barPixels(0, red), 0);
+    m_patch->setLive(m_patch->idsOf({0}), TrelColor("#800000")); // as a fade does on its way
+    const int dim = barPixels(0, red);
+    QVERIFY(dim > 0);
+    m_patch->assign({0}, {{TrelColor("#ff0000"), QString()}}, false);
+    QVERIFY(barPixels(0, red) > dim);
+    QCOMPARE(barPixels(1, red), 0);
+    m_undo->undo();
+    QCOMPARE(barPixels(0, red), 0);
+}
+
+void tst_FixtureTable::tabLeavesTheTable()
+{
+    QWidget window;
+    auto *before = new QLineEdit;
+    auto *table = new FixtureTable(m_patch.get());
+    auto *after = new QLineEdit;
+    auto *layout = new QVBoxLayout(&window);
+    layout->addWidget(before);
+    layout->addWidget(table);
+    layout->addWidget(after);
+    QVERIFY(PaneTest::present(window, QSize(800, 300)));
+    before->setFocus();
+    QTest::keyClick(before, Qt::Key_Tab);
+    QVERIFY(table->hasFocus());
+    table->setCurrentIndex(m_patch->index(0, Patch::NameColumn));
+    QTest::keyClick(table, Qt::Key_Tab);
+    QVERIFY(after->hasFocus());
+    QTest::keyClick(after, Qt::Key_Backtab);
+    QVERIFY(table->hasFocus());
+    table->setCurrentIndex(m_patch->index(2, Patch::ModeColumn));
+    QTest::keyClick(table, Qt::Key_Backtab);
+    QVERIFY(before->hasFocus());
+}
+
+void tst_FixtureTable::pictures()
+{
+    const QVector<PatchColor> colors = {{TrelColor("aYxy;1;0;65535;0.8;0.4476;0.4075"), QString()},
+                                        {TrelColor("#00c8a0"), QString()},
+                                        {TrelColor("#8f2bd8"), QString()},
+                                        {TrelColor("aYxy;1;0;65535;1;0.3127;0.329"), QString()}};
+    m_patch->assign({0, 1, 2, 3}, colors, false);
+    m_table->fitColumns();
+    m_table->selectRows({2});
+    QVERIFY(PaneTest::takePictures(*m_table, "table"));
+    QVERIFY(m_patch->setValues({1}, Patch::AddressColumn, 3)); // among the slots of the first one
+    m_table->resize(420, 300);
+    beginEditing(3, Patch::AddressColumn);
+    QVERIFY(editor<QSpinBox>());
+    QVERIFY(PaneTest::takePictures(*m_table, "table-narrow"));
 }
 
 PANE_TEST_MAIN(tst_FixtureTable)

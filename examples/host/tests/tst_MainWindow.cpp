@@ -1,11 +1,14 @@
 #include "AddFixturesDialog.h"
+#include "CctStrip.h"
+#include "ChromaticityChart.h"
 #include "ColorEditor.h"
+#include "ColorForm.h"
 #include "ColorMime.h"
 #include "Crossfader.h"
 #include "DmxOutput.h"
-#include "Drags.h"
 #include "FakeSink.h"
 #include "FixtureTable.h"
+#include "GradientSlider.h"
 #include "MainWindow.h"
 #include "PaneTest.h"
 #include "Patch.h"
@@ -25,8 +28,13 @@
 #include <QSettings>
 #include <QSpinBox>
 #include <QStatusBar>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeView>
 
+#include <algorithm>
 #include <functional>
 
 namespace {
@@ -46,6 +54,52 @@ void whenDialogOpens(const std::function<void(Dialog *)> &work)
         work(dialog);
     });
     timer->start();
+}
+
+/// Closes \a window and cancels what it asks. \return whether it asked anything.
+bool asksWhenClosed(QWidget &window)
+{
+    bool isAsked = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&isAsked] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box || !box->isVisible())
+            return;
+        isAsked = true;
+        box->button(QMessageBox::Cancel)->click();
+    });
+    timer.start(0);
+    window.close();
+    return isAsked;
+}
+
+/// Presses \a key, which hands the keyboard on, until each of \a panes has had it. \return the classes of those that it
+/// never comes to.
+QStringList panesMissedBy(Qt::Key key, QVector<const QWidget *> panes)
+{
+    constexpr int MAX_PRESSES = 200;
+    for (int i = 0; i < MAX_PRESSES && !panes.isEmpty() && QApplication::focusWidget(); ++i) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        const QWidget *now = QApplication::focusWidget();
+        const auto isReached = [now](const QWidget *pane) { return pane == now || pane->isAncestorOf(now); };
+        panes.erase(std::remove_if(panes.begin(), panes.end(), isReached), panes.end());
+    }
+    QStringList classes;
+    for (const QWidget *pane : qAsConst(panes))
+        classes.append(QString::fromLatin1(pane->metaObject()->className()));
+    return classes;
+}
+
+/// The names of the next \a count widgets that Tab leads to.
+QStringList namesBehind(QWidget *widget, int count)
+{
+    widget->setFocus();
+    QStringList names;
+    for (int i = 0; i < count && QApplication::focusWidget(); ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        names.append(QApplication::focusWidget() ? QApplication::focusWidget()->accessibleName() : QString());
+    }
+    return names;
 }
 
 Fixture makeFixture(const QString &name, int address)
@@ -72,11 +126,14 @@ private Q_SLOTS:
     void asksWhereToSave();
     void showsWhatIsWrongWithAFile();
     void aFileThatCannotBeOpenedLeavesTheProject();
+    void aFaultyFileLeavesTheSwatches();
     void saysWhySavingFailed();
     void remembersRecentFiles();
     void forgetsRecentFilesThatAreGone();
     void asksBeforeItDiscards_data();
     void asksBeforeItDiscards();
+    void anEditOfAUserListIsNoChange();
+    void aFixtureBehindAnEditOfAUserListIsAChange();
     void addsFixturesByDialog();
     void proposesPlaces();
     void removesAndDuplicatesTheSelection();
@@ -84,18 +141,31 @@ private Q_SLOTS:
     void editsTheColourOfTheSelection();
     void undoReachesTheEditor();
     void dropsBringSwatchesIntoTheProject();
+    void assigningTheSameIsNoStep();
+    void undoKeysReachTheWindowFromANumber();
+    void savesWhatIsBeingTyped();
+    void saysThatNewFixturesOverlap();
     void swatchesAreAssignedByKey();
     void fadesTheSelection();
+    void aFadeIsOneStepOnceItEnds();
     void fadesNothingWithoutASelection();
     void sendsAndBlacksOut();
     void showsRefusals();
     void changesTheTheme();
+    void tabReachesEveryPane();
+    void tabFindsTheChannelsOfEachProfile();
     void remembersItsLayout();
 
 private:
     QAction *action(const QString &text) const;
     void addFixtures(int count);
     QString bytes(int row) const;
+    QDoubleSpinBox *typeRed(const QString &text);
+    QTreeView &tree() const;
+    void clickSwatch(const QString &name);
+    void renameSwatchInAUserList();
+    GradientSlider &slider(const QString &name) const;
+    QPushButton *fadeButton() const;
     void openNewWindow();
 
     QTemporaryDir m_folder;
@@ -120,6 +190,7 @@ void tst_MainWindow::openNewWindow()
 {
     m_window = std::make_unique<MainWindow>(std::make_unique<FakeSink>(&m_daemon));
     m_window->show();
+    m_window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
 }
 
@@ -145,6 +216,52 @@ void tst_MainWindow::addFixtures(int count)
 QString tst_MainWindow::bytes(int row) const
 {
     return m_window->patch()->index(row, Patch::BytesColumn).data().toString();
+}
+
+QTreeView &tst_MainWindow::tree() const
+{
+    return *m_window->panes().browser->findChild<QTreeView *>();
+}
+
+void tst_MainWindow::clickSwatch(const QString &name)
+{
+    tree().expandAll();
+    QModelIndex index = tree().model()->index(0, 0);
+    while (index.isValid() && index.data().toString() != name)
+        index = tree().indexBelow(index);
+    QVERIFY2(index.isValid(), qPrintable(name));
+    tree().scrollTo(index);
+    QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, tree().visualRect(index).center());
+}
+
+void tst_MainWindow::renameSwatchInAUserList()
+{
+    TrelColorLibrary *library = TrelColorLibrary::Instance();
+    library->createColorList("Mine", true);
+    library->createColorWithName(TrelColor("#ff8000"), "Dawn", QString(), "Mine", QString());
+    clickSwatch("Dawn");
+    QTest::keyClick(&tree(), Qt::Key_F2);
+    auto *name = tree().findChild<QLineEdit *>();
+    QVERIFY(name);
+    name->selectAll();
+    QTest::keyClicks(name, "Dusk");
+    QTest::keyClick(name, Qt::Key_Return);
+    QTRY_VERIFY(library->nameExists("Dusk", "Mine"));
+}
+
+/// The editor's slider of this name on the page that is shown.
+GradientSlider &tst_MainWindow::slider(const QString &name) const
+{
+    for (GradientSlider *each : m_window->panes().editor->findChildren<GradientSlider *>()) {
+        if (each->accessibleName() == name && each->isVisible())
+            return *each;
+    }
+    qFatal("no slider %s", qPrintable(name));
+}
+
+QPushButton *tst_MainWindow::fadeButton() const
+{
+    return m_window->panes().crossfader->findChild<QPushButton *>();
 }
 
 void tst_MainWindow::savesAndOpens()
@@ -224,6 +341,30 @@ void tst_MainWindow::aFileThatCannotBeOpenedLeavesTheProject()
     QVERIFY(m_window->isWindowModified());
 }
 
+void tst_MainWindow::aFaultyFileLeavesTheSwatches()
+{
+    TrelColorLibrary *library = TrelColorLibrary::Instance();
+    const QString uid =
+        library->createColorWithName(TrelColor("#ff8000"), "Dawn", QString(), ProjectSwatches::listId(), QString());
+    addFixtures(1);
+    const QString path = m_folder.filePath("faulty.trelproject");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(
+        "<TrelProject>\n<Patch>\n<Fixture name=\"A\"/>\n<Fixture name=\"B\" address=\"900\"/>\n</Patch>\n"
+        "<ColorLibrary name=\"Project Swatches\"><Color name=\"Dusk\" uid=\"{2}\" value=\"#000080\"/></ColorLibrary>\n"
+        "</TrelProject>\n");
+    file.close();
+    QVERIFY(!m_window->open(path));
+    const QString reason = m_window->findChild<QMessageBox *>()->informativeText();
+    QVERIFY2(reason.startsWith("Line 4: "), qPrintable(reason));
+    QCOMPARE(library->getColorUids(ProjectSwatches::listId()), QStringList{uid});
+    QCOMPARE(library->pathOfUid(uid), QString("Project Swatches/Dawn"));
+    QVERIFY(isSameColor(library->get(uid), TrelColor("#ff8000")));
+    QCOMPARE(m_window->patch()->rowCount(), 1);
+    QCOMPARE(m_window->patch()->fixtures().first().name, QString("Fixture 1"));
+}
+
 void tst_MainWindow::saysWhySavingFailed()
 {
     addFixtures(1);
@@ -246,7 +387,7 @@ void tst_MainWindow::remembersRecentFiles()
     menu = m_window->findChild<RecentFiles *>();
     QCOMPARE(menu->actions().first()->toolTip(), m_folder.filePath("recent5.trelproject"));
     menu->actions().first()->trigger();
-    QCOMPARE(m_window->projectPath(), m_folder.filePath("recent5.trelproject"));
+    QTRY_COMPARE(m_window->projectPath(), m_folder.filePath("recent5.trelproject"));
 }
 
 void tst_MainWindow::forgetsRecentFilesThatAreGone()
@@ -256,7 +397,7 @@ void tst_MainWindow::forgetsRecentFilesThatAreGone()
     QVERIFY(QFile::remove(path));
     auto *menu = m_window->findChild<RecentFiles *>();
     menu->actions().first()->trigger();
-    QVERIFY(m_window->findChild<QMessageBox *>());
+    QTRY_VERIFY(m_window->findChild<QMessageBox *>());
     QVERIFY(menu->paths().isEmpty());
     QVERIFY(!menu->isEnabled());
 }
@@ -283,6 +424,25 @@ void tst_MainWindow::asksBeforeItDiscards()
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QTEST(file.readAll().contains("Fixture 1"), "saves");
+}
+
+/// The user's lists save themselves.
+void tst_MainWindow::anEditOfAUserListIsNoChange()
+{
+    renameSwatchInAUserList();
+    QCOMPARE(m_window->undoStack()->count(), 1);
+    QVERIFY(!m_window->isWindowModified());
+    QVERIFY(!asksWhenClosed(*m_window));
+    QVERIFY(!m_window->isVisible());
+}
+
+void tst_MainWindow::aFixtureBehindAnEditOfAUserListIsAChange()
+{
+    renameSwatchInAUserList();
+    addFixtures(1);
+    QVERIFY(m_window->isWindowModified());
+    QVERIFY(asksWhenClosed(*m_window));
+    QVERIFY(m_window->isVisible());
 }
 
 void tst_MainWindow::addsFixturesByDialog()
@@ -383,12 +543,15 @@ void tst_MainWindow::undoReachesTheEditor()
 {
     addFixtures(1);
     m_window->panes().table->selectRows({0});
-    Q_EMIT m_window->panes().editor->colorChanged(TrelColor("#010101"));
-    Q_EMIT m_window->panes().editor->colorChanged(TrelColor("#020202"));
-    QCOMPARE(bytes(0), QString("2 2 2"));
+    GradientSlider &red = slider("Red");
+    red.setFocus();
+    QTest::keyClick(&red, Qt::Key_Right);
+    QTest::keyClick(&red, Qt::Key_Right);
+    QCOMPARE(bytes(0), QString("2 0 0"));
     m_window->undoStack()->undo();
     QCOMPARE(bytes(0), QString("0 0 0")); // one gesture
     QVERIFY(isSameColor(m_window->panes().editor->color(), TrelColor("black")));
+    QCOMPARE(red.value(), 0);
 }
 
 void tst_MainWindow::dropsBringSwatchesIntoTheProject()
@@ -400,7 +563,7 @@ void tst_MainWindow::dropsBringSwatchesIntoTheProject()
     const int steps = m_window->undoStack()->count();
     const std::unique_ptr<QMimeData> data(ColorMime::fromLibrary({library->getIndexOfUid(uid)}));
     FixtureTable *table = m_window->panes().table;
-    QVERIFY(Drags::drop(table->viewport(), table->visualRect(m_window->patch()->index(1, 0)).center(), data.get()));
+    QVERIFY(PaneTest::drop(*table->viewport(), table->visualRect(m_window->patch()->index(1, 0)).center(), *data));
     QCOMPARE(bytes(1), QString("255 128 0"));
     const QStringList swatches = library->getColorUids(ProjectSwatches::listId());
     QCOMPARE(int(swatches.size()), 1);
@@ -413,13 +576,101 @@ void tst_MainWindow::dropsBringSwatchesIntoTheProject()
     QCOMPARE(bytes(1), QString("0 0 0"));
 }
 
-void tst_MainWindow::swatchesAreAssignedByKey()
+void tst_MainWindow::assigningTheSameIsNoStep()
+{
+    TrelColorLibrary *library = TrelColorLibrary::Instance();
+    library->createColorList("Mine", true);
+    QModelIndexList swatches;
+    for (const char *color : {"#ff8000", "#0080ff", "#00ff80"})
+        swatches.append(library->getIndexOfUid(
+            library->createColorWithName(TrelColor(color), color, QString(), "Mine", QString())));
+    addFixtures(2);
+    FixtureTable *table = m_window->panes().table;
+    const QPoint lastRow = table->visualRect(m_window->patch()->index(1, 0)).center();
+    const std::unique_ptr<QMimeData> data(ColorMime::fromLibrary(swatches));
+    QVERIFY(PaneTest::drop(*table->viewport(), lastRow, *data));
+    QCOMPARE(library->getColorUids(ProjectSwatches::listId()).size(), 1); // of those that a fixture got
+    const int steps = m_window->undoStack()->count();
+    QVERIFY(PaneTest::drop(*table->viewport(), lastRow, *data));
+    QCOMPARE(m_window->undoStack()->count(), steps);
+    m_window->undoStack()->undo();
+    QVERIFY(PaneTest::drop(*table->viewport(), lastRow, *data));
+    QCOMPARE(m_window->undoStack()->count(), steps);
+    QCOMPARE(bytes(1), QString("255 128 0"));
+}
+
+/// Types into the number, without ending it.
+QDoubleSpinBox *tst_MainWindow::typeRed(const QString &text)
+{
+    auto *number = slider("Red").parentWidget()->findChild<QDoubleSpinBox *>();
+    number->setFocus();
+    number->selectAll();
+    QTest::keyClicks(number, text);
+    return number;
+}
+
+void tst_MainWindow::undoKeysReachTheWindowFromANumber()
 {
     addFixtures(1);
     m_window->panes().table->selectRows({0});
-    Q_EMIT m_window->panes().browser->colorActivated(TrelColor("#0000ff"), QString());
+    QDoubleSpinBox *number = typeRed("128");
+    QTest::keyClick(number, Qt::Key_Return);
+    QCOMPARE(bytes(0), QString("128 0 0"));
+    QTest::keyClick(number, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(bytes(0), QString("0 0 0"));
+    QTest::keyClicks(number, "5"); // now there is something of its own to take back
+    QTest::keyClick(number, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(m_window->undoStack()->index(), 1);
+}
+
+void tst_MainWindow::savesWhatIsBeingTyped()
+{
+    const QString path = m_folder.filePath("typed.trelproject");
+    addFixtures(1);
+    m_window->panes().table->selectRows({0});
+    QDoubleSpinBox *number = typeRed("77");
+    QVERIFY(m_window->saveTo(path));
+    QCOMPARE(bytes(0), QString("77 0 0"));
+    QVERIFY(!m_window->isWindowModified());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("#ffff4d4d00000000"));
+    QVERIFY(number->hasFocus());
+}
+
+void tst_MainWindow::saysThatNewFixturesOverlap()
+{
+    addFixtures(2);
+    AddFixturesDialog dialog(m_window->patch());
+    QLabel *places = nullptr;
+    for (QLabel *label : dialog.findChildren<QLabel *>())
+        places = label->text().startsWith("Slots") ? label : places;
+    QVERIFY(places);
+    QVERIFY(!places->text().contains("overlap"));
+    dialog.findChildren<QSpinBox *>().at(2)->setValue(5); // in the middle of the second one
+    QVERIFY(places->text().contains("overlap"));
+    dialog.findChildren<QSpinBox *>().at(2)->setValue(7);
+    QVERIFY(!places->text().contains("overlap"));
+    dialog.findChild<QLineEdit *>()->setText("Bar %2");
+    dialog.findChildren<QSpinBox *>().at(0)->setValue(2);
+    QCOMPARE(dialog.fixtures().at(1).name, QString("Bar %2 2"));
+}
+
+void tst_MainWindow::swatchesAreAssignedByKey()
+{
+    TrelColorLibrary *library = TrelColorLibrary::Instance();
+    library->createColorList("Mine", true);
+    library->createColorWithName(TrelColor("#0000ff"), "Deep", QString(), "Mine", QString());
+    addFixtures(2);
+    m_window->panes().table->selectRows({0});
+    const int steps = m_window->undoStack()->count();
+    clickSwatch("Deep");
+    QCOMPARE(bytes(0), QString("0 0 0")); // to look at a swatch is not to give it to a fixture
+    QTest::keyClick(&tree(), Qt::Key_Return);
     QCOMPARE(bytes(0), QString("0 0 255"));
-    QVERIFY(m_window->patch()->fixtures().first().uid.isEmpty());
+    QCOMPARE(bytes(1), QString("0 0 0"));
+    QCOMPARE(QStringList{m_window->patch()->fixtures().first().uid}, library->getColorUids(ProjectSwatches::listId()));
+    QCOMPARE(m_window->undoStack()->count(), steps + 1);
     QVERIFY(isSameColor(m_window->panes().editor->color(), TrelColor("#0000ff")));
 }
 
@@ -429,16 +680,34 @@ void tst_MainWindow::fadesTheSelection()
     m_window->panes().table->selectRows({0, 1});
     const int steps = m_window->undoStack()->count();
     Crossfader *fader = m_window->panes().crossfader;
-    fader->findChild<QDoubleSpinBox *>()->setValue(1000.0);
-    fader->toggle();
-    fader->advance(500000); // of black to white
-    QCOMPARE(bytes(0), QString("128 128 128"));
-    QCOMPARE(bytes(2), QString("0 0 0"));
-    QCOMPARE(m_window->undoStack()->count(), steps);
+    fader->findChild<QDoubleSpinBox *>()->setValue(0.2);
+    QTest::mouseClick(fadeButton(), Qt::LeftButton);
+    QVERIFY(fader->isRunning());
     m_window->panes().table->selectRows({2}); // the fade goes on where it began
-    fader->advance(1000000);
+    QTRY_VERIFY(!fader->isRunning());
+    QCOMPARE(bytes(0), QString("255 255 255"));
     QCOMPARE(bytes(1), QString("255 255 255"));
     QCOMPARE(bytes(2), QString("0 0 0"));
+    QCOMPARE(m_window->undoStack()->count(), steps + 1);
+    m_window->undoStack()->undo();
+    QCOMPARE(bytes(0), QString("0 0 0"));
+}
+
+void tst_MainWindow::aFadeIsOneStepOnceItEnds()
+{
+    addFixtures(2);
+    m_window->panes().table->selectRows({0});
+    const int steps = m_window->undoStack()->count();
+    Crossfader *fader = m_window->panes().crossfader;
+    fader->findChild<QDoubleSpinBox *>()->setValue(1000.0); // so that the test, not the clock, moves it
+    QTest::mouseClick(fadeButton(), Qt::LeftButton);
+    fader->advance(500000); // of black to white
+    QCOMPARE(bytes(0), QString("128 128 128"));
+    QCOMPARE(bytes(1), QString("0 0 0"));
+    QCOMPARE(m_window->undoStack()->count(), steps);
+    QTest::mouseClick(fadeButton(), Qt::LeftButton); // stops it
+    QVERIFY(!fader->isRunning());
+    QCOMPARE(bytes(0), QString("128 128 128"));
     QCOMPARE(m_window->undoStack()->count(), steps + 1);
     m_window->undoStack()->undo();
     QCOMPARE(bytes(0), QString("0 0 0"));
@@ -448,10 +717,12 @@ void tst_MainWindow::fadesNothingWithoutASelection()
 {
     addFixtures(1);
     const int steps = m_window->undoStack()->count();
-    m_window->panes().crossfader->findChild<QDoubleSpinBox *>()->setValue(0.0);
-    m_window->panes().crossfader->toggle();
+    Crossfader *fader = m_window->panes().crossfader;
+    fader->findChild<QDoubleSpinBox *>()->setValue(0.0);
+    QTest::mouseClick(fadeButton(), Qt::LeftButton);
     QVERIFY(!m_window->statusBar()->currentMessage().isEmpty());
-    m_window->panes().crossfader->advance(0);
+    QTRY_VERIFY(!fader->isRunning());
+    QCOMPARE(fader->position(), 1.0);
     QCOMPARE(bytes(0), QString("0 0 0"));
     QCOMPARE(m_window->undoStack()->count(), steps);
 }
@@ -500,6 +771,44 @@ void tst_MainWindow::changesTheTheme()
     QCOMPARE(Theme::current(), Theme::Light);
     action("Dark")->trigger();
     QCOMPARE(Theme::current(), Theme::Dark);
+}
+
+void tst_MainWindow::tabReachesEveryPane()
+{
+    addFixtures(1);
+    const PaneSet &panes = m_window->panes();
+    const QVector<const QWidget *> all = {
+        &tree(),        panes.chart, panes.cctStrip,  panes.editor->findChild<QLineEdit *>(),
+        &slider("Red"), panes.table, panes.crossfader};
+    auto *search = panes.browser->findChild<QLineEdit *>();
+    QCOMPARE(search->accessibleName(), QString("Search colours"));
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+        search->setFocus();
+        QVERIFY(search->hasFocus());
+        QCOMPARE(panesMissedBy(key, all), QStringList());
+    }
+}
+
+/// The rows of the page are made anew for each profile, and must not come behind all other panes then.
+void tst_MainWindow::tabFindsTheChannelsOfEachProfile()
+{
+    addFixtures(1);
+    Fixture wash = Fixture::withDefaults(ColorUtils::WASHLINE_PZ6_RGBW);
+    wash.name = QStringLiteral("Wash");
+    wash.address = 4;
+    QVERIFY(m_window->patch()->add({wash}));
+    auto *tabs = m_window->panes().editor->findChild<QTabWidget *>();
+    QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, Qt::NoModifier,
+                      tabs->tabBar()->tabRect(ColorForm::Levels).center());
+    QCOMPARE(tabs->currentIndex(), int(ColorForm::Levels));
+    for (const int row : {0, 1, 0}) {
+        m_window->panes().table->selectRows({row});
+        QCoreApplication::processEvents(); // which shows the new rows
+        QStringList names;
+        for (const QString &channel : m_window->patch()->fixtures().at(row).channelNames())
+            names << channel << channel; // a slider and a number
+        QCOMPARE(namesBehind(tabs->tabBar(), int(names.size())), names);
+    }
 }
 
 void tst_MainWindow::remembersItsLayout()

@@ -4,6 +4,7 @@
 #include "MainWindow.h"
 #include "PaneTest.h"
 #include "Patch.h"
+#include "ProjectFile.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -89,10 +90,18 @@ public:
 
     void stop()
     {
+        setHanging(false); // a daemon that is stopped does not end
         m_process.terminate();
         if (!m_process.waitForFinished())
             m_process.kill();
         m_process.waitForFinished();
+    }
+
+    /// Stops the daemon where it is, with its connections open, or lets it go on.
+    void setHanging(bool isHanging) const
+    {
+        if (m_process.processId() > 0)
+            kill(pid_t(m_process.processId()), isHanging ? SIGSTOP : SIGCONT);
     }
 
     /// What the daemon sends to \a universe by its own account; empty while it does not answer.
@@ -155,7 +164,9 @@ protected:
 private Q_SLOTS:
     void whatIsPatchedComesOut();
     void comesBackAfterARestart();
+    void goesOnWithADaemonThatHung();
     void reportsUniversesThatLeadNowhere();
+    void theProgramSendsAProject();
 
 private:
     /// Slots of universe 1: zeros but for the three that the fixture has.
@@ -220,6 +231,38 @@ void tst_Olad::comesBackAfterARestart()
     QVERIFY(m_daemon->start());
     QTRY_COMPARE_WITH_TIMEOUT(m_daemon->content(1), universeWith(255, 128, 64), PATIENCE);
     QCOMPARE(m_window->output()->status().state, DmxOutput::Sending);
+}
+
+/// More frames than its connection holds are due meanwhile: whoever sent them would wait for it.
+void tst_Olad::goesOnWithADaemonThatHung()
+{
+    QVERIFY(m_window->patch()->add({makeFixture(1, "#ff8040")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_daemon->content(1), universeWith(255, 128, 64), PATIENCE);
+    m_daemon->setHanging(true);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->output()->status().state, DmxOutput::Disconnected, PATIENCE);
+    for (int frame = 0; frame < 40000; ++frame)
+        m_window->output()->sendFrame();
+    QCOMPARE(m_window->output()->status().state, DmxOutput::Disconnected);
+    m_window->undoStack()->undo();
+    QVERIFY(m_window->patch()->add({makeFixture(1, "#0102ff")}));
+    m_daemon->setHanging(false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_daemon->content(1), universeWith(1, 2, 255), PATIENCE);
+    QCOMPARE(m_window->output()->status().state, DmxOutput::Sending);
+}
+
+void tst_Olad::theProgramSendsAProject()
+{
+    m_window->setSending(false);
+    const QTemporaryDir folder;
+    const QString project = folder.filePath(QStringLiteral("show.trelproject"));
+    ProjectFile::Fault fault;
+    QVERIFY(ProjectFile::write(project, {makeFixture(1, "#ff8040")}, fault));
+    QProcess host;
+    host.setProcessChannelMode(QProcess::ForwardedChannels);
+    host.start(QStringLiteral(TREL_HOST), {"--send", "--ola-port", QString::number(m_daemon->port()), project});
+    QTRY_COMPARE_WITH_TIMEOUT(m_daemon->content(1), universeWith(255, 128, 64), PATIENCE);
+    host.terminate();
+    QVERIFY(host.waitForFinished(PATIENCE));
 }
 
 void tst_Olad::reportsUniversesThatLeadNowhere()

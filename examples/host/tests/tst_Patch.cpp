@@ -1,10 +1,13 @@
 #include "PaneTest.h"
 #include "Patch.h"
+#include "ProjectFile.h"
 #include "ProjectSwatches.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QUndoStack>
+
+#include <optional>
 
 class tst_Patch : public TrelTest
 {
@@ -24,6 +27,11 @@ private Q_SLOTS:
     void editsManyRowsInOneStep();
     void offersWhatACellCanTake();
     void calibrationIsFixedWhereTheModeLeavesNoChoice();
+    void aModeThatOneFixtureLacksChangesNone();
+    void fixturesOfAllKindsKeepTheirSlots();
+    void aRefusedModeLeavesAProjectThatCanBeRead();
+    void refusesCalibrationWithoutAChoice();
+    void refusesToAddAModeThatTheProfileLacks();
     void duplicatesAtFreePlaces();
     void duplicatesNothingWhereThereIsNoRoom();
     void findsFreeAddresses();
@@ -34,10 +42,13 @@ private Q_SLOTS:
     void showsOverlaps();
     void followsItsSwatch();
     void exposedSwatchesComeAndGoWithUndo();
+    void exposesBesideACopyInAnotherList();
+    void namesHoldWhatFilesHold();
     void resetForgetsTheSteps();
 
 private:
     int add(const QString &name, ColorUtils::HuelockProfileID profile, int universe, int address);
+    void addOneOfEachKind();
     QVariant shown(int row, Patch::Column column, int role = Qt::DisplayRole) const;
 
     std::unique_ptr<QUndoStack> m_undo;
@@ -68,6 +79,15 @@ int tst_Patch::add(const QString &name, ColorUtils::HuelockProfileID profile, in
     fixture.universe = universe;
     fixture.address = address;
     return m_patch->add({fixture}) ? m_patch->rowCount() - 1 : -1;
+}
+
+/// A wash, which can be driven as RGBW but is not, and two fixtures that cannot.
+void tst_Patch::addOneOfEachKind()
+{
+    add("Wash", ColorUtils::WASHLINE_PZ6_RGBW, 1, 1);
+    add("Pixel", ColorUtils::GENERIC_RGB, 1, 5);
+    add("House", ColorUtils::GENERIC_SINGLE_CHANNEL, 1, 8);
+    QVERIFY(m_patch->setValues({0}, Patch::ModeColumn, int(ColorUtils::RGB_IN_RGBW_OUT)));
 }
 
 QVariant tst_Patch::shown(int row, Patch::Column column, int role) const
@@ -198,6 +218,76 @@ void tst_Patch::calibrationIsFixedWhereTheModeLeavesNoChoice()
     QVERIFY(!(m_patch->index(0, Patch::BytesColumn).flags() & Qt::ItemIsEditable));
 }
 
+void tst_Patch::aModeThatOneFixtureLacksChangesNone()
+{
+    addOneOfEachKind();
+    const QVector<Fixture> before = m_patch->fixtures();
+    const int steps = m_undo->count();
+    QSignalSpy refusals(m_patch.get(), &Patch::refused);
+    QVERIFY(!m_patch->setValues({0, 1, 2}, Patch::ModeColumn, int(ColorUtils::RGBW_IN_OUT)));
+    QCOMPARE(refusals.size(), 1);
+    QCOMPARE(refusals.first().first().toString(), QString("The profile of “Pixel” does not offer that."));
+    QVERIFY(m_patch->fixtures() == before);
+    QCOMPARE(m_undo->count(), steps);
+    QVERIFY(m_patch->setValues({0}, Patch::ModeColumn, int(ColorUtils::RGBW_IN_OUT))); // alone, the wash takes it
+    QCOMPARE(refusals.size(), 1);
+}
+
+void tst_Patch::fixturesOfAllKindsKeepTheirSlots()
+{
+    addOneOfEachKind();
+    m_patch->setValues({0, 1, 2}, Patch::ModeColumn, int(ColorUtils::RGBW_IN_OUT));
+    m_patch->assign({0, 1, 2}, {{TrelColor("aYxy;1;0;65535;0.5;0.3127;0.329"), QString()}}, false);
+    const int slotsOf[] = {4, 3, 1};
+    for (int row = 0; row < 3; ++row)
+        QCOMPARE(int(shown(row, Patch::BytesColumn).toString().split(' ').size()), slotsOf[row]);
+}
+
+void tst_Patch::aRefusedModeLeavesAProjectThatCanBeRead()
+{
+    addOneOfEachKind();
+    m_patch->setValues({0, 1, 2}, Patch::ModeColumn, int(ColorUtils::RGBW_IN_OUT));
+    m_patch->assign({0, 1, 2}, {{TrelColor("aYxy;1;0;65535;0.5;0.3127;0.329"), QString()}}, false);
+    ProjectFile::Fault fault;
+    const std::optional<ProjectFile::Content> content =
+        ProjectFile::parse(ProjectFile::documentOf(m_patch->fixtures()), fault);
+    QVERIFY2(content, qPrintable(fault.reason));
+    QVERIFY(content->fixtures == m_patch->fixtures());
+}
+
+void tst_Patch::refusesCalibrationWithoutAChoice()
+{
+    addOneOfEachKind();
+    QVERIFY(m_patch->setValues({0}, Patch::ModeColumn, int(ColorUtils::RGBW_IN_OUT))); // in which there is one
+    const QVector<Fixture> before = m_patch->fixtures();
+    QVERIFY(before.first().isCalibrated);
+    const int steps = m_undo->count();
+    QSignalSpy refusals(m_patch.get(), &Patch::refused);
+    QVERIFY(!m_patch->setValues({0, 2}, Patch::CalibrationColumn, int(false)));
+    QVERIFY(!m_patch->setData(m_patch->index(2, Patch::CalibrationColumn), int(true), Qt::EditRole));
+    QCOMPARE(refusals.size(), 2);
+    for (const QList<QVariant> &refusal : qAsConst(refusals))
+        QCOMPARE(refusal.first().toString(), QString("The profile of “House” does not offer that."));
+    QVERIFY(m_patch->fixtures() == before);
+    QCOMPARE(m_undo->count(), steps);
+}
+
+void tst_Patch::refusesToAddAModeThatTheProfileLacks()
+{
+    Fixture wash = Fixture::withDefaults(ColorUtils::WASHLINE_PZ6_RGBW);
+    wash.name = QStringLiteral("Wash");
+    Fixture house = Fixture::withDefaults(ColorUtils::GENERIC_SINGLE_CHANNEL);
+    house.name = QStringLiteral("House");
+    house.address = 5;
+    house.mode = ColorUtils::RGBW_IN_OUT;
+    QSignalSpy refusals(m_patch.get(), &Patch::refused);
+    QVERIFY(!m_patch->add({wash, house}));
+    QCOMPARE(refusals.size(), 1);
+    QCOMPARE(refusals.first().first().toString(), QString("The profile of “House” has no mode 2."));
+    QCOMPARE(m_patch->rowCount(), 0);
+    QCOMPARE(m_undo->count(), 0);
+}
+
 void tst_Patch::duplicatesAtFreePlaces()
 {
     add("Pixel", ColorUtils::PIXELNODE_RGB_CLASS, 1, 1);
@@ -290,9 +380,9 @@ void tst_Patch::showsLiveColorsWithoutChangingItsOwn()
     QVERIFY(isSameColor(m_patch->fixtures().first().color, TrelColor("black")));
     m_patch->assign({1}, {{TrelColor("red"), QString()}}, false); // what is assigned counts
     QCOMPARE(shown(1, Patch::BytesColumn).toString(), QString("255 0 0"));
-    m_patch->clearLive();
-    QCOMPARE(shown(0, Patch::BytesColumn).toString(), QString("0 0 0"));
     QCOMPARE(m_undo->count(), steps + 1);
+    m_patch->reset(m_patch->fixtures());
+    QCOMPARE(shown(0, Patch::BytesColumn).toString(), QString("0 0 0"));
 }
 
 void tst_Patch::makesFrames()
@@ -356,6 +446,36 @@ void tst_Patch::exposedSwatchesComeAndGoWithUndo()
     QCOMPARE(library->data(copy, TrelColorLibraryItem::VendorIdRole).toString(), QString("vendor 7"));
     QVERIFY(isSameColor(library->get(uid), TrelColor("orange")));
     QCOMPARE(ProjectSwatches::expose("{unknown}", m_undo.get()), QString());
+}
+
+/// The library takes a copy in any list for the one that a project uses.
+void tst_Patch::exposesBesideACopyInAnotherList()
+{
+    TrelColorLibrary *library = TrelColorLibrary::Instance();
+    library->createColorList("Mine", true);
+    const QString source = library->createColorWithName(TrelColor("orange"), "Dawn", QString(), "Mine", QString());
+    const QString copy = library->createNewSwatchUidFromUid(source, "Mine");
+    QVERIFY(library->set(copy, TrelColor("blue")));
+    const QString exposed = ProjectSwatches::expose(source, m_undo.get());
+    QVERIFY(exposed != copy);
+    QCOMPARE(library->pathOfUid(exposed), QString("Project Swatches/Dawn"));
+    QVERIFY(isSameColor(library->get(exposed), TrelColor("orange")));
+    const QString other = ProjectSwatches::expose(copy, m_undo.get());
+    QCOMPARE(library->pathOfUid(other), QString("Project Swatches/Dawn 2"));
+    QVERIFY(isSameColor(library->get(other), TrelColor("blue")));
+    QCOMPARE(ProjectSwatches::exposed(source), exposed);
+    QCOMPARE(ProjectSwatches::exposed(copy), other);
+    QCOMPARE(ProjectSwatches::exposed(other), other);
+}
+
+void tst_Patch::namesHoldWhatFilesHold()
+{
+    add("One", ColorUtils::GENERIC_RGB, 1, 1);
+    QSignalSpy refusals(m_patch.get(), &Patch::refused);
+    QVERIFY(!m_patch->setValues({0}, Patch::NameColumn, QString(QChar(1))));
+    QCOMPARE(int(refusals.size()), 1);
+    QVERIFY(m_patch->setValues({0}, Patch::NameColumn, QString("  Two%1  ").arg(QChar(1))));
+    QCOMPARE(m_patch->fixtures().first().name, QString("Two"));
 }
 
 void tst_Patch::resetForgetsTheSteps()

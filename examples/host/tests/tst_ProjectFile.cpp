@@ -2,8 +2,52 @@
 #include "ProjectFile.h"
 #include "ProjectSwatches.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <algorithm>
+
+#include <csignal>
+
+#include <sys/resource.h>
+
+namespace {
+
+/// As long as it lives, no file grows beyond so many bytes: a disk that is full in the middle of a write.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+        : m_handlerBefore(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        rlimit limit = m_before;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handlerBefore);
+    }
+
+private:
+    void (*m_handlerBefore)(int);
+    rlimit m_before{};
+};
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
 
 class tst_ProjectFile : public TrelTest
 {
@@ -20,8 +64,11 @@ private Q_SLOTS:
     void saysWhereTheFaultIs_data();
     void saysWhereTheFaultIs();
     void aFaultyFileChangesNothing();
+    void tellsHowFarItIs();
     void saysWhyAFileCannotBeRead();
     void keepsTheOldFileWhereItCannotWrite();
+    void keepsTheOldFileWhereWritingEndsHalfWay_data();
+    void keepsTheOldFileWhereWritingEndsHalfWay();
 
 private:
     static QVector<Fixture> fixtures();
@@ -110,7 +157,9 @@ void tst_ProjectFile::saysWhereTheFaultIs_data()
     const auto patch = [](const char *line3) {
         return QByteArray("<TrelProject version=\"1.0\">\n<Patch>\n") + line3 + "\n</Patch>\n</TrelProject>\n";
     };
-    const auto project = [](const char *line2) { return QByteArray("<TrelProject>\n") + line2 + "\n</TrelProject>"; };
+    const auto project = [](const QByteArray &line2) {
+        return QByteArray("<TrelProject>\n") + line2 + "\n</TrelProject>";
+    };
     QByteArray deep;
     for (int i = 0; i < 100; ++i)
         deep += "<a>\n";
@@ -131,6 +180,14 @@ void tst_ProjectFile::saysWhereTheFaultIs_data()
     QTest::newRow("no name") << patch("<Fixture/>") << "name" << 3;
     QTest::newRow("no colour") << patch("<Fixture name=\"A\" color=\"{1}tea\"/>") << "tea" << 3;
     QTest::newRow("empty list") << project("<ColorLibrary name=\"Project Swatches\"/>") << "empty" << 2;
+    const auto colors = [&project](const char *uid, const char *other) {
+        const QByteArray value = "value=\"aRgb;1;0;#ffffffff93932929\"/>";
+        return project("<ColorLibrary name=\"Project Swatches\">\n<Color name=\"A\" " + QByteArray(uid) + value
+                       + "\n<Color name=\"B\" " + QByteArray(other) + value + "</ColorLibrary>");
+    };
+    QTest::newRow("colour without uid") << colors("", "uid=\"{1}\" ") << "uid" << 3;
+    QTest::newRow("uid without braces") << colors("uid=\"{1}\" ", "uid=\"warm\" ") << "warm" << 4;
+    QTest::newRow("uid twice") << colors("uid=\"{1}\" ", "uid=\"{1}\" ") << "{1}" << 4;
     QTest::newRow("colour without value") << project("<ColorLibrary><Color name=\"A\"/></ColorLibrary>") << "" << 2;
 }
 
@@ -159,6 +216,21 @@ void tst_ProjectFile::aFaultyFileChangesNothing()
     QVERIFY(ProjectFile::documentOf(none).contains("Warm, very"));
 }
 
+void tst_ProjectFile::tellsHowFarItIs()
+{
+    QVector<Fixture> many(1000, fixtures().first());
+    ProjectFile::Fault fault;
+    QVector<int> reports;
+    const auto content = ProjectFile::parse(ProjectFile::documentOf(many), fault, [&reports](int done, int total) {
+        reports.append(done);
+        QCOMPARE(total, 1000);
+    });
+    QVERIFY2(content, qPrintable(fault.reason));
+    QVERIFY(reports.size() > 2);
+    QVERIFY(std::is_sorted(reports.cbegin(), reports.cend()));
+    QCOMPARE(reports.last(), 1000);
+}
+
 void tst_ProjectFile::saysWhyAFileCannotBeRead()
 {
     const QTemporaryDir folder;
@@ -184,6 +256,36 @@ void tst_ProjectFile::keepsTheOldFileWhereItCannotWrite()
     QVERIFY(!fault.reason.isEmpty());
     QVERIFY(!ProjectFile::write(folder.path(), {}, fault));
     QVERIFY(QFileInfo(folder.path()).isDir());
+}
+
+void tst_ProjectFile::keepsTheOldFileWhereWritingEndsHalfWay_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("at the end, when the buffer is written") << 2;
+    QTest::newRow("on the way, since it is more than a buffer holds") << 300;
+}
+
+void tst_ProjectFile::keepsTheOldFileWhereWritingEndsHalfWay()
+{
+    QFETCH(int, count);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("show.trelproject");
+    const Fixture fixture = fixtures().first();
+    const QVector<Fixture> more(count, fixture);
+    ProjectFile::Fault fault;
+    QVERIFY(ProjectFile::write(path, {fixture}, fault));
+    const QByteArray before = bytesOf(path);
+    bool isWritten = true;
+    {
+        const FileSizeLimit limit(64);
+        isWritten = ProjectFile::write(path, more, fault);
+    }
+    QVERIFY(!isWritten);
+    QVERIFY(!fault.reason.isEmpty());
+    QCOMPARE(bytesOf(path), before);
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList("show.trelproject"));
+    QVERIFY(ProjectFile::write(path, more, fault)); // once there is room
+    QCOMPARE(bytesOf(path), ProjectFile::documentOf(more));
 }
 
 PANE_TEST_MAIN(tst_ProjectFile)

@@ -68,15 +68,6 @@ QStringList contents()
     return lines;
 }
 
-QStringList namesIn(const QString &list)
-{
-    QStringList names;
-    const QModelIndex index = library().getIndexOfListId(list);
-    for (int row = 0; row < library().rowCount(index); ++row)
-        names.append(library().index(row, 0, index).data().toString());
-    return names;
-}
-
 SwatchPlace place(const QString &name)
 {
     const QModelIndex index = library().getIndexOfUid("{" + name + "}");
@@ -179,12 +170,12 @@ void tst_SwatchCommands::deletedColorsComeBackWhole()
     const QStringList before = contents();
     QUndoStack stack;
     stack.push(new DeleteColorsCommand({place("D"), place("X"), place("A"), place("B")}));
-    QCOMPARE(namesIn("Mine"), QStringList({"C", "E"}));
-    QCOMPARE(namesIn("Other"), QStringList());
+    QCOMPARE(PaneTest::namesIn("Mine"), QStringList({"C", "E"}));
+    QCOMPARE(PaneTest::namesIn("Other"), QStringList());
     stack.undo();
     QCOMPARE(contents(), before);
     stack.redo();
-    QCOMPARE(namesIn("Mine"), QStringList({"C", "E"}));
+    QCOMPARE(PaneTest::namesIn("Mine"), QStringList({"C", "E"}));
     stack.undo();
     QCOMPARE(contents(), before);
 }
@@ -223,11 +214,11 @@ void tst_SwatchCommands::moveWithinAList()
         places.append(place(name));
     QUndoStack stack;
     stack.push(new MoveColorsCommand(places, "Mine", row));
-    QTEST(namesIn("Mine"), "expected");
+    QTEST(PaneTest::namesIn("Mine"), "expected");
     stack.undo();
     QCOMPARE(contents(), before);
     stack.redo();
-    QTEST(namesIn("Mine"), "expected");
+    QTEST(PaneTest::namesIn("Mine"), "expected");
 }
 
 void tst_SwatchCommands::moveToAnotherList()
@@ -236,8 +227,8 @@ void tst_SwatchCommands::moveToAnotherList()
     const QStringList before = contents();
     QUndoStack stack;
     stack.push(new MoveColorsCommand({place("B"), place("E")}, "Other", 1));
-    QCOMPARE(namesIn("Mine"), QStringList({"A", "C", "D"}));
-    QCOMPARE(namesIn("Other"), QStringList({"X", "B 2", "E", "B"}));
+    QCOMPARE(PaneTest::namesIn("Mine"), QStringList({"A", "C", "D"}));
+    QCOMPARE(PaneTest::namesIn("Other"), QStringList({"X", "B 2", "E", "B"}));
     QCOMPARE(place("B").record.vendorId, QString("V-B"));
     QCOMPARE(place("B").record.originatingPreset, QString("from/B"));
     stack.undo();
@@ -249,7 +240,7 @@ void tst_SwatchCommands::renameKeepsTheTiesOnUndo()
     const QStringList before = contents();
     QUndoStack stack;
     stack.push(new RenameColorCommand(place("B"), "Sea"));
-    QCOMPARE(namesIn("Mine"), QStringList({"A", "Sea", "C", "D", "E"}));
+    QCOMPARE(PaneTest::namesIn("Mine"), QStringList({"A", "Sea", "C", "D", "E"}));
     QCOMPARE(place("B").record.vendorId, QString());
     stack.undo();
     QCOMPARE(contents(), before);
@@ -315,7 +306,7 @@ void tst_SwatchCommands::lostColorsAreLeftOut()
     library().remove("{D}");
     while (stack.canUndo())
         stack.undo();
-    QCOMPARE(namesIn("Mine"), QStringList({"B", "E"}));
+    QCOMPARE(PaneTest::namesIn("Mine"), QStringList({"B", "E"}));
     while (stack.canRedo())
         stack.redo();
     QCOMPARE(place("B").record.color.name8(), QString("#ffffff"));
@@ -427,7 +418,7 @@ void tst_SwatchCommands::searchAndOrder()
     QCOMPARE(sorted().indexOf("swatch 9"), sorted().indexOf("Swatch 10") - 1);
     QCOMPARE(sorted().last(), QString("Zebra"));
     filter.setOrder(SwatchFilter::Arranged);
-    QCOMPARE(sorted(), namesIn("Sorted"));
+    QCOMPARE(sorted(), PaneTest::namesIn("Sorted"));
 
     filter.setSearch("SWATCH 9");
     QCOMPARE(shownIn(filter), QStringList("Sorted"));
@@ -445,7 +436,7 @@ void tst_SwatchCommands::searchAndOrder()
     QCOMPARE(shownIn(filter), QStringList({"Ours", "Other"}));
     filter.setSearch("");
     QCOMPARE(filter.rowCount(), 5);
-    QCOMPARE(namesIn("Sorted").first(), QString("Swatch 10"));
+    QCOMPARE(PaneTest::namesIn("Sorted").first(), QString("Swatch 10"));
 }
 
 PANE_TEST_MAIN(tst_SwatchCommands)

@@ -36,7 +36,7 @@
         <translation>&amp;Auflösung:</translation>
     </message>
     <message>
-        <source>N&amp;umber:</source>
+        <source>Num&amp;ber:</source>
         <translation>An&amp;zahl:</translation>
     </message>
     <message>
@@ -54,6 +54,10 @@
     <message>
         <source>These need slots up to %1; a universe has %2.</source>
         <translation>Diese brauchen Kanäle bis %1; ein Universum hat %2.</translation>
+    </message>
+    <message>
+        <source>They overlap others of the universe.</source>
+        <translation>Sie überschneiden sich mit anderen des Universums.</translation>
     </message>
 </context>
 <context>
@@ -378,6 +382,22 @@
         <source>The profile %1 has calibration data for %2 of its %3 channels.</source>
         <translation>Das Profil %1 hat Kalibrierdaten für %2 seiner %3 Kanäle.</translation>
     </message>
+    <message>
+        <source>A fixture needs a name.</source>
+        <translation>Ein Gerät braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>The profile of “%1” has no mode %2.</source>
+        <translation>Das Profil von „%1“ hat keinen Modus %2.</translation>
+    </message>
+    <message>
+        <source>“%1” would take slots %2 to %3; a universe has 1 to %4.</source>
+        <translation>„%1“ bräuchte die Kanäle %2 bis %3; ein Universum hat 1 bis %4.</translation>
+    </message>
+    <message>
+        <source>Universes are numbered from 0 to %1.</source>
+        <translation>Universen haben die Nummern 0 bis %1.</translation>
+    </message>
 </context>
 <context>
     <name>FixtureTable</name>
@@ -517,6 +537,10 @@
         <translation>„%1“ kann nicht geöffnet werden.</translation>
     </message>
     <message>
+        <source>Opening “%1”…</source>
+        <translation>„%1“ wird geöffnet …</translation>
+    </message>
+    <message>
         <source>“%1” cannot be saved.</source>
         <translation>„%1“ kann nicht gespeichert werden.</translation>
     </message>
@@ -551,13 +575,6 @@
     <message>
         <source>Select the fixtures that the crossfade shall move.</source>
         <translation>Wählen Sie die Geräte aus, die überblendet werden sollen.</translation>
-    </message>
-</context>
-<context>
-    <name>MessageLabel</name>
-    <message>
-        <source>Message</source>
-        <translation>Meldung</translation>
     </message>
 </context>
 <context>
@@ -683,12 +700,8 @@
         <translation>%1 ändern</translation>
     </message>
     <message>
-        <source>A fixture needs a name.</source>
-        <translation>Ein Gerät braucht einen Namen.</translation>
-    </message>
-    <message>
-        <source>“%1” would take slots %2 to %3; a universe has 1 to %4.</source>
-        <translation>„%1“ bräuchte die Kanäle %2 bis %3; ein Universum hat 1 bis %4.</translation>
+        <source>The profile of “%1” does not offer that.</source>
+        <translation>Das Profil von „%1“ bietet das nicht.</translation>
     </message>
     <message>
         <source>Add Fixtures</source>
@@ -730,18 +743,6 @@
         <translation>„%1“ ist keine Farbe.</translation>
     </message>
     <message>
-        <source>The fixture has no name.</source>
-        <translation>Das Gerät hat keinen Namen.</translation>
-    </message>
-    <message>
-        <source>The profile of “%1” has no mode %2.</source>
-        <translation>Das Profil von „%1“ hat keinen Modus %2.</translation>
-    </message>
-    <message>
-        <source>“%1” needs slots up to %2; a universe has %3.</source>
-        <translation>„%1“ braucht Kanäle bis %2; ein Universum hat %3.</translation>
-    </message>
-    <message>
         <source>A list of colours is empty.</source>
         <translation>Eine Farbliste ist leer.</translation>
     </message>
@@ -761,12 +762,13 @@
         <source>The file is too large for a project.</source>
         <translation>Die Datei ist zu groß für ein Projekt.</translation>
     </message>
-</context>
-<context>
-    <name>ProjectSwatches</name>
     <message>
-        <source>Add Swatch</source>
-        <translation>Farbe aufnehmen</translation>
+        <source>“%1” is no uid in braces.</source>
+        <translation>„%1“ ist keine Kennung in geschweiften Klammern.</translation>
+    </message>
+    <message>
+        <source>Two colours have the uid “%1”.</source>
+        <translation>Zwei Farben haben die Kennung „%1“.</translation>
     </message>
 </context>
 <context>
@@ -817,7 +819,7 @@
     </message>
     <message>
         <source>&amp;Delete</source>
-        <translation>&amp;Löschen</translation>
+        <translation>Lös&amp;chen</translation>
     </message>
     <message>
         <source>Move &amp;Up</source>
