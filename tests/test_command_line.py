@@ -264,7 +264,7 @@ class ChartFile(Command):
             with self.subTest(name), tempfile.TemporaryDirectory() as folder:
                 path = pathlib.Path(folder, name)
                 path.write_text("old", encoding="utf-8")
-                result = subprocess.run([TRELCOLOR, "chart", "--out", path, "--size", "64x64"], capture_output=True,
+                result = subprocess.run([TRELCOLOR, "chart", "--out", path, "--size", "100x100"], capture_output=True,
                                         env=ENVIRONMENT, preexec_fn=self.limit_files, timeout=60, check=False)
                 self.assertNotEqual(result.returncode, 0)
                 self.assertIn(b"cannot write", result.stderr)

@@ -110,7 +110,7 @@ void isolateFromUser()
     static const QTemporaryDir folder;
     if (!folder.isValid())
         qFatal("no temporary folder");
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", qEnvironmentVariable("TREL_TEST_PLATFORM", QStringLiteral("offscreen")).toLatin1());
     for (const char *variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
         qputenv(variable, folder.filePath(variable).toUtf8());
 }

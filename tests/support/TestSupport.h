@@ -49,7 +49,7 @@ bool diesWith(const QString &name, const QByteArray &text);
 bool ranChildCase(int argc, char **argv, const ChildCases &cases);
 
 /// Lets no test touch the user's own files, and none need a screen: HOME and the XDG folders become a fresh
-/// temporary folder, which goes with the process.
+/// temporary folder, which goes with the process. TREL_TEST_PLATFORM names a platform of Qt's to draw with instead.
 void isolateFromUser();
 
 /// main() of a test with child cases, under an application object of class Application; pass {} where there are none.
