@@ -136,6 +136,22 @@ double processorMs()
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
+bool hasSave(std::size_t frame)
+{
+    return frame % FRAMES_A_SECOND == 0;
+}
+
+/// The slowest frame among those that save, or among the others.
+double slowestOf(const std::vector<float> &times, bool areSaves)
+{
+    float slowest = 0;
+    for (std::size_t i = 0; i < times.size(); ++i) {
+        if (hasSave(i) == areSaves)
+            slowest = std::max(slowest, times[i]);
+    }
+    return double(slowest);
+}
+
 double msSince(Clock::time_point start)
 {
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
@@ -186,7 +202,7 @@ public:
             ColorUtils::convertTrelColorToDMX(color, true, fixture.channels, fixture.resolution, &m_slots[fixture.slot],
                                               fixture.curve, fixture.onboardCurve, fixture.profile, fixture.mode);
         }
-        if (number % FRAMES_A_SECOND == 0)
+        if (hasSave(std::size_t(number)))
             TrelColorLibrary::Instance()->rename(QLatin1String(NAME_OF_COLOR), QString::number(number + 1), false);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
@@ -243,7 +259,7 @@ int main(int argc, char **argv)
     }
     const double growth = residentKib() - before;
     const std::vector<float> jitter = timerJitter();
-    const double slowest = double(*std::max_element(times.begin(), times.end()));
+    const double slowest = std::max(slowestOf(times, true), slowestOf(times, false));
     QFile saved(TrelColorLibrary::applicationSupportDir() + QStringLiteral("\\userColors.xml"));
     const int last = (options.frames - 1) / FRAMES_A_SECOND * FRAMES_A_SECOND + 1;
     const bool isSaved =
@@ -256,6 +272,7 @@ int main(int argc, char **argv)
     report("median frame", percentile(times, 0.5), "ms", true, "");
     report("99.99th percentile", percentile(times, 0.9999), "ms", true, "");
     isMet &= report("slowest frame", slowest, "ms", !options.judgesTime || slowest < FRAME_MS, "(below 22.7)");
+    report("slowest frame without a save", slowestOf(times, false), "ms", true, "");
     report("slowest frame, processor time", double(*std::max_element(processorTimes.begin(), processorTimes.end())),
            "ms", true, "(without waiting)");
     report("timer jitter, 99.9th percentile", percentile(jitter, 0.999), "ms", true, "(this machine's own)");
