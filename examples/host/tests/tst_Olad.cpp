@@ -107,22 +107,39 @@ public:
     /// What the daemon sends to \a universe by its own account; empty while it does not answer.
     QVector<int> content(int universe) const
     {
-        QTcpSocket socket;
-        socket.connectToHost(QHostAddress::LocalHost, m_httpPort);
-        if (!socket.waitForConnected())
-            return {};
-        socket.write(QStringLiteral("GET /get_dmx?u=%1 HTTP/1.0\r\n\r\n").arg(universe).toLatin1());
-        while (socket.waitForReadyRead() && socket.state() == QAbstractSocket::ConnectedState)
-            continue;
-        const QByteArray answer = socket.readAll();
-        const QJsonDocument body = QJsonDocument::fromJson(answer.mid(answer.indexOf("\r\n\r\n") + 4));
         QVector<int> slots;
-        for (const QJsonValue &value : body.object().value(QStringLiteral("dmx")).toArray())
+        for (const QJsonValue &value : answer(QStringLiteral("get_dmx?u=%1").arg(universe), QStringLiteral("dmx")))
             slots.append(value.toInt());
         return slots;
     }
 
+    /// Names of the plugins that run.
+    QStringList plugins() const
+    {
+        QStringList names;
+        for (const QJsonValue &value : answer(QStringLiteral("json/universe_plugin_list"), QStringLiteral("plugins"))) {
+            const QJsonObject plugin = value.toObject();
+            if (plugin.value(QStringLiteral("active")).toBool(true))
+                names.append(plugin.value(QStringLiteral("name")).toString());
+        }
+        return names;
+    }
+
 private:
+    /// An array of what the daemon answers over HTTP.
+    QJsonArray answer(const QString &question, const QString &array) const
+    {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, m_httpPort);
+        if (!socket.waitForConnected())
+            return {};
+        socket.write(QStringLiteral("GET /%1 HTTP/1.0\r\n\r\n").arg(question).toLatin1());
+        while (socket.waitForReadyRead() && socket.state() == QAbstractSocket::ConnectedState)
+            continue;
+        const QByteArray text = socket.readAll();
+        return QJsonDocument::fromJson(text.mid(text.indexOf("\r\n\r\n") + 4)).object().value(array).toArray();
+    }
+
     bool write(const QString &name, const QByteArray &text) const
     {
         QFile file(m_folder.filePath(name));
@@ -213,6 +230,7 @@ void tst_Olad::whatIsPatchedComesOut()
     QVERIFY(m_window->patch()->add({makeFixture(1, "#ff8040")}));
     QTRY_COMPARE_WITH_TIMEOUT(m_daemon->content(1), universeWith(255, 128, 64), PATIENCE);
     QCOMPARE(m_window->output()->status().state, DmxOutput::Sending);
+    QCOMPARE(m_daemon->plugins(), QStringList("Dummy")); // nothing of this machine's is driven
 
     m_window->undoStack()->undo();
     QVERIFY(m_window->patch()->add({makeFixture(1, "#0102ff")}));
