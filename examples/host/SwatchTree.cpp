@@ -98,6 +98,7 @@ SwatchTree::SwatchTree(SwatchFilter *filter, QWidget *parent)
     , m_filter(filter)
 {
     setModel(filter);
+    setRootIndex(filter->fromLibrary(TrelColorLibrary::Instance()->rootIndex())); // below it are the lists
     spanLists(0, filter->rowCount() - 1);
     setItemDelegate(new NameDelegate(this));
     setSelectionMode(ExtendedSelection);
