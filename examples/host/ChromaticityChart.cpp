@@ -3,7 +3,6 @@
 #include "ColorMime.h"
 #include "ColorText.h"
 #include "Drops.h"
-#include "Fixture.h"
 #include "Gamut.h"
 #include "Theme.h"
 #include "VisibleLight.h"
@@ -386,8 +385,6 @@ void ChromaticityChart::dropEvent(QDropEvent *event)
         return;
     }
     Drops::acceptCopy(event);
-    if (isSameColor(colors.first().color, m_color))
-        return;
     setColor(colors.first().color);
     Q_EMIT colorChanged(m_color);
 }

@@ -217,5 +217,7 @@ void ColorEditor::dropEvent(QDropEvent *event)
         return;
     }
     Drops::acceptCopy(event);
-    change(colors.first().color, nullptr);
+    m_color = colors.first().color;
+    showColor(nullptr);
+    Q_EMIT colorChanged(m_color); // it may be meant for several fixtures, of which one has it
 }

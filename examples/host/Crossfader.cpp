@@ -2,6 +2,7 @@
 
 #include "ColorSlot.h"
 #include "Theme.h"
+#include "UndoKeys.h"
 
 #include <QDoubleSpinBox>
 #include <QGridLayout>
@@ -35,6 +36,7 @@ Crossfader::Crossfader(QWidget *parent)
 {
     auto *timeLabel = new QLabel(tr("&Time"));
     timeLabel->setBuddy(m_seconds);
+    UndoKeys::leaveToWindow(m_seconds);
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(makeTitle(tr("Crossfade")), 0, 0, 1, 2);

@@ -349,7 +349,7 @@ bool MainWindow::open(const QString &path)
     return false;
 }
 
-/// Where it takes longer, a bar shows how far it is; the output goes on meanwhile.
+/// Where the fixtures take longer, a bar shows how far it is, and the output goes on between them.
 std::optional<ProjectFile::Content> MainWindow::readWithProgress(const QString &path, ProjectFile::Fault &fault)
 {
     QProgressDialog dialog(tr("Opening “%1”…").arg(QFileInfo(path).fileName()), QString(), 0, 0, this);
@@ -398,9 +398,11 @@ void MainWindow::endTyping()
     const QPointer<QWidget> field = focusWidget();
     if (field.isNull())
         return;
-    field->clearFocus(); // which ends the editor of a cell
-    if (!field.isNull() && field->isVisible())
-        field->setFocus();
+    const QPointer<QWidget> view = field->parentWidget(); // of a cell, whose editor goes when it loses the keyboard
+    field->clearFocus();
+    QWidget *next = !field.isNull() && field->isVisible() ? field.data() : view.data();
+    if (next)
+        next->setFocus();
 }
 
 /// Edits of the user's own lists are on the stack, too, but no part of the project: it is compared with what was saved,
@@ -514,8 +516,10 @@ void MainWindow::assign(const QVector<int> &rows, const QVector<TrelColor> &colo
         isInProject = isInProject && uid.isEmpty() == uids.isEmpty();
         assigned.append({colors.at(i), uid});
     }
-    if (isInProject && m_patch->hasColors(rows, assigned))
+    if (isInProject && m_patch->hasColors(rows, assigned)) {
+        m_patch->assign(rows, assigned, false); // ends a fade of theirs, without a step
         return;
+    }
     const LibraryBatch batch;
     m_undo.beginMacro(tr("Assign Colour"));
     for (int i = 0; i < assigned.size() && !uids.isEmpty(); ++i)

@@ -537,7 +537,7 @@ bool Patch::hasColors(const QVector<int> &rows, const QVector<PatchColor> &color
     for (int i = 0; i < rows.size(); ++i) {
         const PatchColor &color = colors.at(qMin(i, int(colors.size()) - 1));
         const Fixture &fixture = m_fixtures.at(rows.at(i));
-        if (m_live.contains(fixture.id) || fixture.uid != color.uid || !isSameColor(fixture.color, color.color))
+        if (fixture.uid != color.uid || !isSameColor(fixture.color, color.color))
             return false;
     }
     return true;
@@ -589,8 +589,15 @@ void Patch::replaceFixture(const Fixture &fixture)
 {
     const int row = rowOf(fixture.id);
     const Fixture before = m_fixtures.at(row);
+    Fixture recolored = before;
+    recolored.color = fixture.color;
+    recolored.uid = fixture.uid;
     m_fixtures[row] = fixture;
     followSwatch(m_fixtures[row]);
+    if (recolored == fixture) {
+        showAgain(row);
+        return;
+    }
     renewBytes(row);
     Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
     if (fixture.address != before.address || fixture.universe != before.universe

@@ -91,14 +91,15 @@ public:
     /// Gives the fixture at rows[i] colors[i] or, where there are fewer colours, the last one. As one step, or as a
     /// part of the last one where that gave the same fixtures a colour and \a merges both times.
     void assign(const QVector<int> &rows, const QVector<PatchColor> &colors, bool merges);
-    /// Whether assign() would change nothing.
+    /// Whether these are the fixtures' own colours already.
     bool hasColors(const QVector<int> &rows, const QVector<PatchColor> &colors) const;
     /// The next assign() begins a step of its own.
     void endMerging();
     /// Replaces all fixtures, without a step; the undo stack is cleared.
     void reset(const QVector<Fixture> &fixtures);
 
-    /// Shows \a color on fixtures without changing their own, until it is cleared or they are assigned another.
+    /// Shows \a color on fixtures without changing their own, until they are assigned another or the patch is
+    /// reset.
     void setLive(const QVector<quint32> &ids, const TrelColor &color);
     /// The colour on stage now.
     TrelColor shownColor(int row) const;

@@ -1,5 +1,6 @@
 #include "ProjectSwatches.h"
 
+#include "Fixture.h"
 #include "SwatchCommands.h"
 
 #include <TrelColorLibrary.h>
@@ -35,8 +36,8 @@ QString ProjectSwatches::listId()
     return QStringLiteral("Project Swatches");
 }
 
-// The library's own getExposableUidFromUid() takes a copy in any list for the project's: one in a list of the user's,
-// which the project does not carry, and which may have become another colour since.
+// The library's own getExposableUidFromUid() takes a copy in any list for the project's, whatever became of it: one in a
+// list of the user's is not carried by the project, and one that was edited is another colour than the one on the screen.
 QString ProjectSwatches::exposed(const QString &uid)
 {
     const QModelIndex list = listIndex();
@@ -45,9 +46,9 @@ QString ProjectSwatches::exposed(const QString &uid)
         return uid;
     const QString path = source.isValid() ? library().pathOfUid(uid) : QString();
     for (int row = 0; !path.isEmpty() && row < library().rowCount(list); ++row) {
-        const QModelIndex color = library().index(row, 0, list);
-        if (color.data(TrelColorLibraryItem::OriginatingPresetRole).toString() == path)
-            return color.data(TrelColorLibraryItem::UidRole).toString();
+        const SwatchRecord known = SwatchRecord::at(library().index(row, 0, list));
+        if (known.originatingPreset == path && isSameColor(known.color, library().get(uid)))
+            return known.uid;
     }
     return QString();
 }

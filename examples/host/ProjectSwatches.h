@@ -10,8 +10,8 @@ namespace ProjectSwatches {
 /// The list's name.
 QString listId();
 
-/// The uid under which the project has the library's colour \a uid: its own, or that of its copy in the list. Empty
-/// where it has none.
+/// The uid under which the project has the library's colour \a uid: its own, or that of a copy in the list that is
+/// the same colour still. Empty where it has none.
 QString exposed(const QString &uid);
 
 /// The uid under which the project may use the library's colour \a uid: that of its copy in the list, which is made

@@ -46,13 +46,16 @@ void SliderPanel::clear()
     m_rows.clear();
 }
 
-/// The widget from which Tab leads to the first row; null where there are no rows yet.
+/// The widget from which Tab leads to the first row; null where there are no rows yet, or nothing but them.
 QWidget *SliderPanel::widgetBefore() const
 {
-    QWidget *widget = m_rows.isEmpty() ? nullptr : m_rows.first().slider->previousInFocusChain();
-    while (widget && (widget->focusProxy() || !(widget->focusPolicy() & Qt::TabFocus)))
+    if (m_rows.isEmpty())
+        return nullptr;
+    QWidget *first = m_rows.first().slider;
+    QWidget *widget = first->previousInFocusChain(); // which is a ring
+    while (widget != first && (isAncestorOf(widget) || widget->focusProxy() || !(widget->focusPolicy() & Qt::TabFocus)))
         widget = widget->previousInFocusChain();
-    return widget;
+    return widget == first ? nullptr : widget;
 }
 
 void SliderPanel::setFields(const QVector<ColorField> &fields)

@@ -6,6 +6,7 @@
 #include "SwatchFilter.h"
 #include "SwatchTree.h"
 #include "Theme.h"
+#include "UndoKeys.h"
 
 #include <TrelColorLibrary.h>
 
@@ -127,6 +128,7 @@ QWidget *SwatchBrowser::createSearchBar()
     connect(m_search, &QLineEdit::returnPressed, m_tree, qOverload<>(&QWidget::setFocus));
     auto *find = new QShortcut(QKeySequence::Find, this);
     find->setContext(Qt::WidgetWithChildrenShortcut);
+    UndoKeys::leaveToWindow(m_search);
     connect(find, &QShortcut::activated, m_search, [this] {
         m_search->setFocus(Qt::ShortcutFocusReason);
         m_search->selectAll();
@@ -532,8 +534,9 @@ void SwatchBrowser::onDropped(const QMimeData *mime, const QModelIndex &list, in
 {
     const QString listName = nameOf(list);
     QVector<SwatchPlace> places;
-    const QStringList uids = ColorMime::uidsOf(mime);
-    for (const QString &uid : uids) {
+    QStringList uids = ColorMime::uidsOf(mime);
+    uids.removeDuplicates(); // of colours that share one, the library finds the first
+    for (const QString &uid : qAsConst(uids)) {
         const QModelIndex color = library().getIndexOfUid(uid);
         if (color.isValid())
             places.append(placeOf(color));

@@ -130,10 +130,10 @@ void insert(const QString &listId, int row, const QVector<SwatchRecord> &records
 }
 
 /// Removes rows of a list, neighbouring ones in one go.
-void removeRows(const QString &listId, QVector<int> rows)
+void removeRows(const QString &listId, const QSet<int> &distinct)
 {
+    QVector<int> rows(distinct.cbegin(), distinct.cend());
     std::sort(rows.begin(), rows.end(), std::greater<int>()); // so that the rows of the others stay
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     for (int i = 0; i < rows.size();) {
         const int last = rows.at(i);
         int count = 0;
@@ -153,13 +153,13 @@ bool isBefore(const SwatchPlace &a, const SwatchPlace &b)
 /// \return those that were there, sorted as before.
 QVector<SwatchPlace> removeAll(const QVector<SwatchPlace> &sorted)
 {
-    QMap<QString, QVector<int>> rows;
+    QMap<QString, QSet<int>> rows;
     QVector<SwatchPlace> removed;
     for (const SwatchPlace &place : sorted) {
         const int row = rowOf(library().getIndexOfListId(place.list), place.record.uid, place.row);
-        if (row < 0)
+        if (row < 0 || rows[place.list].contains(row))
             continue;
-        rows[place.list].append(row);
+        rows[place.list].insert(row);
         removed.append(place);
     }
     for (auto entry = rows.cbegin(); entry != rows.cend(); ++entry)

@@ -16,10 +16,10 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
+        if (event->type() != QEvent::ShortcutOverride)
+            return false;
         const auto *own = qobject_cast<QLineEdit *>(watched);
         const auto *line = own ? own : watched->findChild<QLineEdit *>();
-        if (event->type() != QEvent::ShortcutOverride || !line)
-            return false;
         const auto *keys = static_cast<QKeyEvent *>(event);
         const bool isForWindow = (keys->matches(QKeySequence::Undo) && !line->isUndoAvailable())
                                  || (keys->matches(QKeySequence::Redo) && !line->isRedoAvailable());

@@ -174,7 +174,7 @@ void tst_Crossfader::fadesAtOnceInNoTime()
 
 void tst_Crossfader::fadesByTheClock()
 {
-    m_fader->findChild<QDoubleSpinBox *>()->setValue(0.3);
+    m_fader->findChild<QDoubleSpinBox *>()->setValue(2.0);
     QTest::mouseClick(button(), Qt::LeftButton);
     QVERIFY(m_fader->isRunning());
     QTRY_COMPARE(m_finished->size(), 1);

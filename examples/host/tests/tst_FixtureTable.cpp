@@ -139,6 +139,7 @@ void tst_FixtureTable::typingOutlastsAFade()
     box->selectAll();
     QTest::keyClicks(box, "3");
     m_patch->setLive(m_patch->idsOf({1}), TrelColor("#102030"));
+    m_patch->assign({1}, {{TrelColor("#102030"), QString()}}, false); // its end
     QTest::keyClicks(box, "00");
     QTest::keyClick(box, Qt::Key_Return);
     QTRY_COMPARE(m_patch->fixtures().at(1).address, 300);

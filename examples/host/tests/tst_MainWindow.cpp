@@ -636,6 +636,19 @@ void tst_MainWindow::savesWhatIsBeingTyped()
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.readAll().contains("#ffff4d4d00000000"));
     QVERIFY(number->hasFocus());
+
+    FixtureTable *table = m_window->panes().table;
+    table->setFocus();
+    table->setCurrentIndex(m_window->patch()->index(0, Patch::AddressColumn));
+    QTest::keyClick(table, Qt::Key_F2);
+    auto *address = table->viewport()->findChild<QSpinBox *>();
+    QVERIFY(address);
+    address->selectAll();
+    QTest::keyClicks(address, "30");
+    QVERIFY(m_window->saveTo(path));
+    QCOMPARE(m_window->patch()->fixtures().first().address, 30);
+    QVERIFY(!m_window->isWindowModified());
+    QVERIFY(table->hasFocus());
 }
 
 void tst_MainWindow::saysThatNewFixturesOverlap()

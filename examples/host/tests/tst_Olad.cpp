@@ -229,7 +229,7 @@ void tst_Olad::whatIsPatchedComesOut()
 {
     QVERIFY(m_window->patch()->add({makeFixture(1, "#ff8040")}));
     QTRY_COMPARE_WITH_TIMEOUT(m_daemon->content(1), universeWith(255, 128, 64), PATIENCE);
-    QCOMPARE(m_window->output()->status().state, DmxOutput::Sending);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->output()->status().state, DmxOutput::Sending, PATIENCE);
     QCOMPARE(m_daemon->plugins(), QStringList("Dummy")); // nothing of this machine's is driven
 
     m_window->undoStack()->undo();
@@ -248,7 +248,7 @@ void tst_Olad::comesBackAfterARestart()
     QTRY_COMPARE_WITH_TIMEOUT(m_window->output()->status().state, DmxOutput::Disconnected, PATIENCE);
     QVERIFY(m_daemon->start());
     QTRY_COMPARE_WITH_TIMEOUT(m_daemon->content(1), universeWith(255, 128, 64), PATIENCE);
-    QCOMPARE(m_window->output()->status().state, DmxOutput::Sending);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->output()->status().state, DmxOutput::Sending, PATIENCE);
 }
 
 /// More frames than its connection holds are due meanwhile: whoever sent them would wait for it.
@@ -265,7 +265,7 @@ void tst_Olad::goesOnWithADaemonThatHung()
     QVERIFY(m_window->patch()->add({makeFixture(1, "#0102ff")}));
     m_daemon->setHanging(false);
     QTRY_COMPARE_WITH_TIMEOUT(m_daemon->content(1), universeWith(1, 2, 255), PATIENCE);
-    QCOMPARE(m_window->output()->status().state, DmxOutput::Sending);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->output()->status().state, DmxOutput::Sending, PATIENCE);
 }
 
 void tst_Olad::theProgramSendsAProject()

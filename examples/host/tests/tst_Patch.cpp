@@ -466,6 +466,10 @@ void tst_Patch::exposesBesideACopyInAnotherList()
     QCOMPARE(ProjectSwatches::exposed(source), exposed);
     QCOMPARE(ProjectSwatches::exposed(copy), other);
     QCOMPARE(ProjectSwatches::exposed(other), other);
+    QVERIFY(library->set(exposed, TrelColor("green"))); // no longer what is seen in the list of the user's
+    const QString again = ProjectSwatches::expose(source, m_undo.get());
+    QVERIFY(isSameColor(library->get(again), TrelColor("orange")));
+    QCOMPARE(ProjectSwatches::expose(source, m_undo.get()), again);
 }
 
 void tst_Patch::namesHoldWhatFilesHold()
