@@ -58,10 +58,12 @@ public:
         };
         QEventLoop loop;
         QTimer timer;
+        timer.setSingleShot(true); // a step that handles events itself is over before the next one
         QObject::connect(&timer, &QTimer::timeout, [&] {
             if (steps.isEmpty())
                 return loop.quit();
             steps.takeFirst()();
+            timer.start(STEP_MS);
         });
         timer.start(STEP_MS);
         loop.exec();
