@@ -70,11 +70,11 @@ struct Fixture
 /// A number of a fixture, as files and tables have it.
 struct FixtureNumber
 {
-    const char *name;
-    int minimum;
-    int maximum;
-    int (*get)(const Fixture &);
-    void (*set)(Fixture &, int);
+    const char *name;            ///< the attribute in files
+    int minimum;                 ///< least value that a file may have
+    int maximum;                 ///< greatest one
+    int (*get)(const Fixture &); ///< reads it
+    void (*set)(Fixture &, int); ///< writes a value from minimum to maximum
 
     /// All of them; to be set in this order, since the profile gives the others their defaults, and then the mode.
     static const FixtureNumber ALL[8];

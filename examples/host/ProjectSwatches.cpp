@@ -6,7 +6,6 @@
 #include <TrelColorLibrary.h>
 
 #include <QUndoStack>
-#include <QUuid>
 
 namespace {
 
@@ -18,15 +17,6 @@ TrelColorLibrary &library()
 QModelIndex listIndex()
 {
     return library().getIndexOfListId(ProjectSwatches::listId());
-}
-
-SwatchRecord copyOf(const QString &uid)
-{
-    SwatchRecord copy = SwatchRecord::at(library().getIndexOfUid(uid));
-    copy.originatingPreset = library().pathOfUid(uid);
-    copy.uid = QUuid::createUuid().toString();
-    copy.name = FreeSwatchNames(ProjectSwatches::listId()).take(copy.name);
-    return copy;
 }
 
 } // namespace
@@ -58,7 +48,8 @@ QString ProjectSwatches::expose(const QString &uid, QUndoStack *undo)
     const QString known = exposed(uid);
     if (!known.isEmpty() || uid.isEmpty() || !library().getIndexOfUid(uid).isValid())
         return known;
-    const SwatchRecord copy = copyOf(uid);
+    SwatchRecord copy = SwatchRecord::copyOf(uid);
+    copy.name = FreeSwatchNames(listId()).take(copy.name);
     undo->push(new CreateColorsCommand(listId(), library().rowCount(listIndex()), {copy}));
     return copy.uid;
 }

@@ -63,16 +63,6 @@ QString newUid()
     return QUuid::createUuid().toString();
 }
 
-/// A copy of a colour of the library that says where it came from.
-SwatchRecord copyOf(const QString &uid)
-{
-    SwatchRecord record = SwatchRecord::at(library().getIndexOfUid(uid));
-    if (record.originatingPreset.isEmpty())
-        record.originatingPreset = library().pathOfUid(uid);
-    record.uid = newUid();
-    return record;
-}
-
 double sharpestRatio()
 {
     double ratio = 1;
@@ -562,7 +552,7 @@ void SwatchBrowser::insertCopies(const QMimeData *mime, const QString &list, int
     for (int i = 0; i < colors.size(); ++i) {
         SwatchRecord record;
         if (known.size() == colors.size() && library().containsUid(known.at(i))) {
-            record = copyOf(known.at(i));
+            record = SwatchRecord::copyOf(known.at(i));
         } else {
             record.uid = newUid();
             record.name = colors.at(i).name;

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QMap>
 #include <QSet>
+#include <QUuid>
 
 #include <algorithm>
 #include <functional>
@@ -249,6 +250,14 @@ SwatchRecord SwatchRecord::at(const QModelIndex &index)
     if (const auto *color = static_cast<const TrelColor *>(index.data(Item::ColorRole).value<void *>()))
         record.color = *color;
     return record;
+}
+
+SwatchRecord SwatchRecord::copyOf(const QString &uid)
+{
+    SwatchRecord copy = at(library().getIndexOfUid(uid));
+    copy.originatingPreset = library().pathOfUid(uid);
+    copy.uid = QUuid::createUuid().toString();
+    return copy;
 }
 
 SwatchCommand::SwatchCommand(const QString &text)

@@ -23,6 +23,8 @@ struct SwatchRecord
 
     /// The colour at the library's \a index.
     static SwatchRecord at(const QModelIndex &index);
+    /// A copy of the library's colour \a uid, with a uid of its own; its originating preset is the path of that colour.
+    static SwatchRecord copyOf(const QString &uid);
 };
 
 /// A place in a list.
